@@ -1,0 +1,30 @@
+#pragma once
+
+#include "KxHostGlobal.h"
+
+#include <QUndoCommand>
+
+class KxKernelObjectData;
+
+// Removes a stored object. redo() takes it out of the store
+// (signalObjectBeforeRemove, then signalObjectRemoved) and the command owns
+// it; undo() puts it back and the store reports it created
+// (signalObjectCreated). Removing a missing object is obsolete (dropped).
+class KX_HOST_EXPORT CmdRemoveObject : public QUndoCommand
+{
+public:
+    CmdRemoveObject(int aType, int anIdx, QUndoCommand* aParent = nullptr);
+    ~CmdRemoveObject() override;
+
+    void redo() override;
+    void undo() override;
+
+    int getType() const { return type; }
+    int getIdx() const { return idx; }
+
+private:
+    int type;
+    int idx;
+    KxKernelObjectData* data = nullptr;
+    bool owned = false;
+};
