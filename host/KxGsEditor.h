@@ -1,0 +1,122 @@
+#pragma once
+
+#include "KxHostGlobal.h"
+
+#include <QEvent>
+#include <QGraphicsObject>
+#include <QImage>
+#include <QList>
+#include <QPointF>
+#include <QPointer>
+
+class KxGsManipulator;
+class KxGsObject;
+class KxView;
+class QMouseEvent;
+
+// The graphics editor: the item that shows the picture and is the parent of
+// every measurement item. Items take no scene events of their own; this item
+// receives every mouse, hover, key and wheel event of the picture and routes
+// it either to a stored measurement item under the mouse (which then keeps the
+// mouse until release) or to the override manipulator.
+class KX_HOST_EXPORT KxGsEditor : public QGraphicsObject
+{
+    Q_OBJECT
+
+public:
+    explicit KxGsEditor(QGraphicsItem* aParent = nullptr);
+    ~KxGsEditor() override;
+
+    // The area inside which shapes keep their labels and buttons: the picture
+    // rectangle, in this item's coordinates.
+    virtual QRectF getEditorArea() const;
+
+    // The one editor: the first one constructed, or a new one created here
+    // when none exists yet.
+    static KxGsEditor* getInstance();
+    // Null when none exists; never creates one.
+    static KxGsEditor* existingInstance();
+
+    void setImage(const QImage& anImage);
+    const QImage& getImage() const;
+
+    QRectF boundingRect() const override;
+    void paint(QPainter* aPainter, const QStyleOptionGraphicsItem* anOption, QWidget* aWidget) override;
+
+    // Scales this item, lets every measurement item adjust its zoom-constant
+    // sizes, stores the zoom in the kernel's current view and emits
+    // scaleChanged(). Non-positive or non-finite values are ignored.
+    void setZoom(double aZoom);
+    double getZoom() const;
+    // The kernel view this editor keeps current (origin and zoom).
+    KxView* getView() const;
+
+    KxGsObject* getCurrentObject() const;
+    QList<KxGsObject*> getSelectedObjects() const;
+    // Makes anObj current; with aAddToSelection false it becomes the only
+    // selected object, with true it joins the selection. Null clears the
+    // current object and the selection. Emits signalCurrentObjectChanged when
+    // the current object changes.
+    void setCurrentObject(KxGsObject* anObj, bool aAddToSelection);
+    // Drops anObj from current and selection without any signal (used when an
+    // item is going away).
+    void forgetObject(KxGsObject* anObj);
+
+    // The previous override manipulator gets deactivate(), the new one
+    // activate(). Null is the same as restoreOverrideManipulator().
+    void setOverrideManipulator(KxGsManipulator* aManipulator);
+    // Deactivates the override manipulator; afterwards the editor only selects
+    // and edits existing items.
+    void restoreOverrideManipulator();
+    KxGsManipulator* getOverrideManipulator() const;
+
+    // Child measurement items in child order, without items being deleted.
+    QList<KxGsObject*> getAllChildGsObjects() const;
+    bool isGsObjectFound(const KxGsObject* anObj) const;
+    // The item that currently holds the mouse (between an accepted press and
+    // its release), null otherwise.
+    KxGsObject* getMouseGrabberObject() const;
+
+    // Removes every selected stored item through its manipulator, in one undo
+    // macro when more than one goes.
+    void deleteSelected();
+
+signals:
+    void scaleChanged();
+    void signalCurrentObjectChanged(const KxGsObject* anObj);
+
+protected:
+    void mousePressEvent(QGraphicsSceneMouseEvent* anEvent) override;
+    void mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent) override;
+    void mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent) override;
+    void mouseDoubleClickEvent(QGraphicsSceneMouseEvent* anEvent) override;
+    void hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent) override;
+    void hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent) override;
+    void hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent) override;
+    void wheelEvent(QGraphicsSceneWheelEvent* anEvent) override;
+    void contextMenuEvent(QGraphicsSceneContextMenuEvent* anEvent) override;
+    void keyPressEvent(QKeyEvent* anEvent) override;
+    void keyReleaseEvent(QKeyEvent* anEvent) override;
+    void dragEnterEvent(QGraphicsSceneDragDropEvent* anEvent) override;
+    void dragMoveEvent(QGraphicsSceneDragDropEvent* anEvent) override;
+    void dragLeaveEvent(QGraphicsSceneDragDropEvent* anEvent) override;
+    void dropEvent(QGraphicsSceneDragDropEvent* anEvent) override;
+
+private:
+    bool pressItem(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick);
+    QMouseEvent makeMouseEvent(QEvent::Type aType, const KxGsObject* anObj, QGraphicsSceneMouseEvent* anEvent) const;
+    QList<KxGsObject*> pressCandidates() const;
+    void writeBackMove(KxGsObject* anObj);
+
+    QImage image;
+    double zoom = 1.0;
+    KxView* view;
+    QPointer<KxGsObject> currentObject;
+    QList<QPointer<KxGsObject>> selectedObjects;
+    QPointer<KxGsManipulator> overrideManipulator;
+    QPointer<KxGsObject> grabbedObject;
+    QPointF grabbedStartPos;
+    bool grabbedWasMoving = false;
+    bool manipulatorHasMouse = false;
+    static KxGsEditor* theInstance;
+};

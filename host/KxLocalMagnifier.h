@@ -1,0 +1,54 @@
+#pragma once
+
+#include "KxHostGlobal.h"
+
+#include <QGraphicsObject>
+#include <QPoint>
+#include <QPointF>
+#include <QPointer>
+#include <QSize>
+
+class KxGsEditor;
+
+// The lens that shows the picture enlarged around the cursor while a
+// measurement is placed. A top-level scene item that ignores transformations:
+// its size is in screen pixels whatever the zoom. It never takes mouse or
+// hover events and is not a measurement item.
+class KX_HOST_EXPORT KxLocalMagnifier : public QGraphicsObject
+{
+    Q_OBJECT
+
+public:
+    KxLocalMagnifier(KxGsEditor* anEditor, QSize aSize, double aScale, bool aRound, bool aCrossHair,
+                     QPoint aHotspot);
+
+    // aPos: the picture point shown at the centre (editor-item coordinates);
+    // aScenePos: the cursor, which the lens sits beside.
+    void moveTo(const QPointF& aPos, const QPointF& aScenePos);
+    // Sizes below 16 pixels are raised to 16.
+    void setLensSize(QSize aSize);
+
+    QPointF getSourcePos() const;
+    QSize getLensSize() const;
+    double getScale() const;
+    bool isRound() const;
+    bool hasCrossHair() const;
+    QPoint getHotspot() const;
+    // The lens in its own (screen pixel) coordinates; (0, 0) is the cursor.
+    QRectF lensRect() const;
+    // The lens contents as painted (without the frame): lensSize pixels.
+    QImage renderLens() const;
+
+    QRectF boundingRect() const override;
+    QPainterPath shape() const override;
+    void paint(QPainter* aPainter, const QStyleOptionGraphicsItem* anOption, QWidget* aWidget) override;
+
+private:
+    QPointer<KxGsEditor> editor;
+    QPointF sourcePos;
+    QSize lensSize;
+    double scale;
+    bool round;
+    bool crossHair;
+    QPoint hotspot;
+};

@@ -1,0 +1,137 @@
+#pragma once
+
+#include "KxGsObject.h"
+
+#include <QPixmap>
+#include <QPointF>
+#include <QRectF>
+
+class QGraphicsLineItem;
+class QGraphicsPixmapItem;
+class QGraphicsRectItem;
+class QGraphicsSimpleTextItem;
+class QPainter;
+
+// Measurement item with a value label, a trash button and an optional active
+// button. Label and buttons are child items that ignore transformations, so
+// they keep their size on screen at every zoom; their positions are given in
+// this item's coordinates. Shapes call the base handlers first: an event they
+// accept was a press on the label or a button and the shape leaves it alone.
+class KX_HOST_EXPORT OvGsObject : public KxGsObject
+{
+    Q_OBJECT
+
+public:
+    // Parts reported by isPointOnObject() for the label and the buttons.
+    enum ButtonPart { PartLabel = -2, PartTrash = -3, PartActive = -4 };
+
+    OvGsObject(KxGsManipulator* aManipulator, QGraphicsItem* aParent, const QString& aName);
+    ~OvGsObject() override;
+
+    // The label reads "<name>: <value>", or only the name while the value is
+    // empty.
+    void setLabelVisible(bool aVisible);
+    bool isLabelVisible() const;
+    void setLabelPos(const QPointF& aPos);
+    QPointF getLabelPos() const;
+    // The point of the shape the label belongs to; a thin leader line joins
+    // them while the label is far from it.
+    void setLabelAnchor(const QPointF& anAnchor);
+    QPointF getLabelAnchor() const;
+    void setLabelFontPixSize(int aPixelSize);
+    int getLabelFontPixSize() const;
+    void updateLabel();
+    // Moves the label so that its rectangle lies inside the editor's area
+    // (the parent's getEditorArea()); nothing without such a parent.
+    void ensureLabelVisible();
+    bool isPointOnLabel(const QPointF& aPoint) const;
+    // The label's rectangle in item coordinates at the current zoom.
+    QRectF getLabelRect() const;
+    QString getLabelText() const;
+
+    // The trash button shows only while allowed and the item is current.
+    void setTrashPos(const QPointF& aPos);
+    QPointF getTrashPos() const;
+    void allowTrashVisible(bool anAllow);
+    bool isTrashAllowed() const;
+    QGraphicsPixmapItem* getTrashButton() const;
+    bool isPointOnTrash(const QPointF& aPoint) const;
+
+    // The active button shows while allowed; its image tells whether it is
+    // pressed.
+    void setActivePos(const QPointF& aPos);
+    QPointF getActivePos() const;
+    QGraphicsPixmapItem* getActiveButton() const;
+    void allowActiveVisible(bool anAllow);
+    // Also replaces the button's two images.
+    void allowActiveVisible(bool anAllow, QPixmap& anOffPixmap, QPixmap& anOnPixmap);
+    void setUseActiveButton(bool aUse);
+    bool getUseActiveButton() const;
+    void setActivePressed(bool aPressed);
+    bool getActivePressed() const;
+    // Unpresses the active button of every OvGsObject that exists.
+    static void makeAllActiveGray();
+    bool isPointOnActiveButton(const QPointF& aPoint) const;
+
+    void setCurrent(bool aCurrent) override;
+    void setName(const QString& aName) override;
+    void setDisplayValue(const QString& aValue) override;
+    // Sets `hidden`: nothing is drawn and presses are ignored.
+    void setAlwaysHidden(bool aHidden);
+
+    void adjustScale(double aZoom) override;
+    // Moves the label along with the shape's position change that the shape
+    // itself performs after calling this.
+    void moveObjectBy(const QPointF& aDelta) override;
+    // Label (PartLabel), trash (PartTrash) and active button (PartActive) only;
+    // false elsewhere so that shapes test their own geometry next.
+    bool isPointOnObject(const QPointF& aPoint, int& aPart, int aTolerance) const override;
+
+    // Press on the trash removes the item through its manipulator; on the
+    // active button toggles it and emits signalActiveButtonClicked; on the
+    // label starts a label drag. Each of these accepts the event; every other
+    // press stays ignored.
+    void manipMousePressEvent(QMouseEvent* anEvent) override;
+    // Accepted only while a label drag runs (the label follows the mouse).
+    void manipMouseMoveEvent(QMouseEvent* anEvent) override;
+    // Accepted only when it ends a label drag.
+    void manipMouseReleaseEvent(QMouseEvent* anEvent) override;
+    bool isLabelDragging() const;
+
+    // Paints the item and its visible children (label, buttons, leader line)
+    // into aPainter, which is set up in this item's coordinates; used to
+    // render measurements outside a view.
+    void paintWithChildren(QPainter* aPainter);
+
+    // Item units per screen pixel at the current view and zoom.
+    double unitsPerPixel() const;
+
+signals:
+    void signalActiveButtonClicked(OvGsObject* anObj);
+
+protected:
+    QVariant itemChange(GraphicsItemChange aChange, const QVariant& aValue) override;
+
+private:
+    void updateButtons();
+    void updateLeader();
+    QRectF childRect(const QGraphicsItem* aChild) const;
+
+    QGraphicsRectItem* labelItem;
+    QGraphicsSimpleTextItem* labelText;
+    QGraphicsLineItem* leaderLine;
+    QGraphicsPixmapItem* trashButton;
+    QGraphicsPixmapItem* activeButton;
+    QPixmap activeOffPixmap;
+    QPixmap activeOnPixmap;
+    QPointF labelAnchor;
+    QPointF labelDragStart;
+    QPointF labelPosAtDragStart;
+    int labelFontPixSize = 16;
+    bool labelVisible = false;
+    bool labelDragging = false;
+    bool trashAllowed = true;
+    bool activeAllowed = false;
+    bool useActiveButton = false;
+    bool activePressed = false;
+};

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "KxHostGlobal.h"
+
+#include <QMainWindow>
+#include <QString>
+
+class KxGsEditor;
+class OvToolBase;
+class QDockWidget;
+class QGraphicsScene;
+class QGraphicsView;
+class QListWidget;
+class QStackedWidget;
+class QUndoStack;
+class QVBoxLayout;
+
+// The host main window: a graphics view showing the editor in the centre, a
+// tool dock holding the tool entries and a configuration panel with a page
+// list on the left and the pages on the right. Zoom: Ctrl+wheel over the
+// picture, zoom in/out/fit/actual; pan by dragging with the middle button or
+// with the left button while Space is held.
+class KX_HOST_EXPORT OvGuiMainWindowBase : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit OvGuiMainWindowBase(QWidget* aParent = nullptr);
+    ~OvGuiMainWindowBase() override;
+
+    // The configuration panel (a window of its own, hidden until shown).
+    virtual QWidget* getConfigurationPanel();
+    // Its page list; each item's whatsThis() is the page name.
+    virtual QListWidget* getConfigurationList();
+
+    // Adds a page; the list shows aTitle (aPageName when empty). The panel
+    // takes ownership of aPage. Returns the page's row.
+    int addConfigurationPage(const QString& aPageName, QWidget* aPage, const QString& aTitle = QString());
+    // The page named aPageName, null when absent.
+    QWidget* getConfigurationPage(const QString& aPageName) const;
+
+    // Called by OvToolBase's constructor; the dock keeps entries in order.
+    void addToolEntry(OvToolBase* aTool);
+    QList<OvToolBase*> getToolEntries() const;
+    QDockWidget* getToolDock() const;
+
+    KxGsEditor* getEditor() const;
+    QGraphicsView* getView() const;
+    QGraphicsScene* getScene() const;
+    QUndoStack* getUndoStack() const;
+
+    // Shows anImage in the editor and fits it into the view.
+    void setImage(const QImage& anImage);
+
+    // Zooms by aFactor keeping the picture point under aViewportPos still.
+    void zoomAt(double aFactor, const QPoint& aViewportPos);
+    bool isPanning() const;
+
+    static constexpr double kZoomStep = 1.25;
+    static constexpr double kMinZoom = 1.0 / 64.0;
+    static constexpr double kMaxZoom = 64.0;
+
+public slots:
+    void slotZoomIn();
+    void slotZoomOut();
+    // Fits the whole picture into the view.
+    void slotZoomFit();
+    // One screen pixel per picture pixel.
+    void slotZoomActual();
+
+protected:
+    bool eventFilter(QObject* anObj, QEvent* anEvent) override;
+
+private slots:
+    void slotEditorScaleChanged();
+
+private:
+    void updateSceneRect();
+
+    QGraphicsScene* scene;
+    QGraphicsView* view;
+    KxGsEditor* editor;
+    QUndoStack* undoStack;
+    QDockWidget* toolDock;
+    QVBoxLayout* toolLayout;
+    QList<OvToolBase*> tools;
+    QWidget* configurationPanel;
+    QListWidget* configurationList;
+    QStackedWidget* configurationPages;
+    QPoint panLastPos;
+    bool panning = false;
+    bool spaceHeld = false;
+};
