@@ -5,6 +5,7 @@
 #include "KxParamKeyframeVector.h"
 
 #include <QUndoCommand>
+#include <QVector>
 
 // Changes a stored object: redo() snapshots the object's whole state, applies
 // update(aValues) (only key frames holding a value are written) and emits
@@ -33,10 +34,10 @@ private:
 
     int type;
     int idx;
-    KxParamKeyframeVector values;
+    // More than one after merging, applied in order.
+    QVector<KxParamKeyframeVector> values;
     bool mergeable;
     KxKernelObjectData::State before;
-    KxKernelObjectData::State after;
     quint64 serial = 0;
     bool done = false;
 };

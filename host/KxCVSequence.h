@@ -23,7 +23,8 @@ public:
     // The enclosed area (shoelace formula, absolute: the winding does not
     // matter); 0 for fewer than 3 points.
     double calculateArea() const;
-    // The length along the points; aClosed adds the segment back to the first.
+    // The length along the points; aClosed adds the segment back to the first
+    // (so two points closed give twice their distance).
     double calculatePerimeter(bool aClosed) const;
 
 private:

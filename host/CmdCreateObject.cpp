@@ -1,0 +1,39 @@
+#include "CmdCreateObject.h"
+
+#include "KxKernelData.h"
+#include "KxKernelObjectData.h"
+
+CmdCreateObject::CmdCreateObject(int aType, int anIdx, KxKernelObjectData* aData, QUndoCommand* aParent)
+    : QUndoCommand(aParent)
+    , type(aType)
+    , idx(anIdx)
+    , data(aData)
+{
+    setText(QObject::tr("Add %1").arg(KxKernelData::getInstance()->getObjectDescription(aType, anIdx)));
+}
+
+CmdCreateObject::~CmdCreateObject()
+{
+    if (owned)
+        delete data;
+}
+
+void CmdCreateObject::redo()
+{
+    if (!owned)
+        return;
+    if (KxKernelData::getInstance()->insertObject(type, idx, data))
+        owned = false;
+    else
+        setObsolete(true);
+}
+
+void CmdCreateObject::undo()
+{
+    KxKernelData* store = KxKernelData::getInstance();
+    // Only our own object: the place may hold another one by now.
+    if (owned || store->getObject(type, idx) != data)
+        return;
+    if (store->takeObject(type, idx) == data)
+        owned = true;
+}

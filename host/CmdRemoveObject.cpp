@@ -1,0 +1,38 @@
+#include "CmdRemoveObject.h"
+
+#include "KxKernelData.h"
+#include "KxKernelObjectData.h"
+
+CmdRemoveObject::CmdRemoveObject(int aType, int anIdx, QUndoCommand* aParent)
+    : QUndoCommand(aParent)
+    , type(aType)
+    , idx(anIdx)
+{
+    setText(QObject::tr("Delete %1").arg(KxKernelData::getInstance()->getObjectDescription(aType, anIdx)));
+}
+
+CmdRemoveObject::~CmdRemoveObject()
+{
+    if (owned)
+        delete data;
+}
+
+void CmdRemoveObject::redo()
+{
+    KxKernelData* store = KxKernelData::getInstance();
+    KxKernelObjectData* stored = store->getObject(type, idx);
+    // The first redo takes whatever is stored; later ones only the same object.
+    if (owned || !stored || (data && stored != data)) {
+        if (!data)
+            setObsolete(true);
+        return;
+    }
+    data = store->takeObject(type, idx);
+    owned = data != nullptr;
+}
+
+void CmdRemoveObject::undo()
+{
+    if (owned && KxKernelData::getInstance()->insertObject(type, idx, data))
+        owned = false;
+}
