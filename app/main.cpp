@@ -1,7 +1,136 @@
+#include "OvGestureReplayer.h"
+#include "OvGestureScript.h"
+#include "OvMeasurementExporter.h"
+#include "OvViewerMainWindow.h"
+
 #include <QApplication>
+#include <QCommandLineParser>
+#include <QTextStream>
+
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+enum ExitCode { ExitOk = 0, ExitScriptFailed = 1, ExitBadInput = 2 };
+
+bool hasArgument(int argc, char* argv[], const char* anOption)
+{
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], anOption) == 0)
+            return true;
+    }
+    return false;
+}
+
+int complain(const QString& aMessage, int aCode)
+{
+    QTextStream(stderr) << "ovviewer: " << aMessage << '\n';
+    return aCode;
+}
+
+} // namespace
 
 int main(int argc, char* argv[])
 {
+    // A batch run needs no screen: without a display it renders offscreen.
+    const bool batch = hasArgument(argc, argv, "--quit");
+    if (batch && qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
+        && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+
     QApplication app(argc, argv);
-    return 0;
+    QApplication::setApplicationName(QStringLiteral("ovviewer"));
+    QApplication::setOrganizationName(QStringLiteral("OvMeasure"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Shows a microscope picture and measures on it."));
+    parser.addHelpOption();
+    parser.addPositionalArgument(QStringLiteral("image"),
+                                 QStringLiteral("PNG, JPEG, TIFF or BMP picture (default: the bundled sample)."));
+    const QCommandLineOption calibration(QStringLiteral("calibration"),
+                                         QStringLiteral("Calibration in micrometres per pixel."),
+                                         QStringLiteral("UM_PER_PX"));
+    const QCommandLineOption script(QStringLiteral("script"), QStringLiteral("Replay a gesture script."),
+                                    QStringLiteral("FILE"));
+    const QCommandLineOption exportCsv(QStringLiteral("export"),
+                                       QStringLiteral("Write every measurement value as CSV (after the script)."),
+                                       QStringLiteral("FILE.csv"));
+    const QCommandLineOption screenshot(QStringLiteral("screenshot"),
+                                        QStringLiteral("Save a screenshot of the window (after the script)."),
+                                        QStringLiteral("FILE.png"));
+    const QCommandLineOption quit(QStringLiteral("quit"), QStringLiteral("Exit after the script and outputs."));
+    const QCommandLineOption demo(QStringLiteral("demo"),
+                                  QStringLiteral("Measure on the bundled sample with the built-in demo script."));
+    parser.addOptions({ calibration, script, exportCsv, screenshot, quit, demo });
+    parser.process(app);
+
+    OvViewerMainWindow window;
+    window.setInteractive(!batch);
+    window.loadPlugins();
+
+    const QStringList images = parser.positionalArguments();
+    if (images.size() > 1)
+        return complain(QStringLiteral("only one picture can be opened, got %1").arg(images.size()), ExitBadInput);
+    const QString imageFile = images.isEmpty() || parser.isSet(demo) ? OvViewerMainWindow::sampleImagePath()
+                                                                     : images.first();
+    QString error;
+    if (!window.openImage(imageFile, &error)) {
+        window.reportError(error);
+        if (batch)
+            return ExitBadInput;
+        QString sampleError;
+        window.openImage(OvViewerMainWindow::sampleImagePath(), &sampleError);
+    }
+
+    if (parser.isSet(calibration)) {
+        bool ok = false;
+        const double value = parser.value(calibration).toDouble(&ok);
+        if (!ok || !std::isfinite(value) || value <= 0.0) {
+            window.reportError(QStringLiteral("--calibration needs a number above 0, got '%1'")
+                                   .arg(parser.value(calibration)));
+            if (batch)
+                return ExitBadInput;
+        } else {
+            window.setCalibration(value);
+        }
+    }
+
+    window.show();
+    QApplication::processEvents();
+
+    int code = ExitOk;
+    OvGestureScript gestures;
+    bool haveScript = false;
+    if (parser.isSet(demo)) {
+        haveScript = gestures.load(QStringLiteral(":/viewer/demo.ovs")) || gestures.hasError();
+    } else if (parser.isSet(script)) {
+        gestures.load(parser.value(script));
+        haveScript = true;
+    }
+    if (haveScript) {
+        // Replayed gestures work on whole picture pixels: one screen pixel each.
+        window.slotZoomActual();
+        QApplication::processEvents();
+        OvGestureReplayer replayer(&window);
+        if (!replayer.run(gestures)) {
+            window.reportError(QStringLiteral("script stopped: %1").arg(replayer.errorText()));
+            code = ExitScriptFailed;
+        }
+        window.slotZoomFit();
+        QApplication::processEvents();
+    }
+
+    if (parser.isSet(exportCsv) && !OvMeasurementExporter::writeCsv(parser.value(exportCsv), &error)) {
+        window.reportError(error);
+        code = code == ExitOk ? ExitBadInput : code;
+    }
+    if (parser.isSet(screenshot) && !window.grab().save(parser.value(screenshot))) {
+        window.reportError(QStringLiteral("cannot write %1").arg(parser.value(screenshot)));
+        code = code == ExitOk ? ExitBadInput : code;
+    }
+    if (batch)
+        return code;
+    return app.exec();
 }

@@ -1,0 +1,80 @@
+#include "OvMeasurementExporter.h"
+
+#include "KxGsManipulator.h"
+#include "KxKernelData.h"
+
+#include <QSaveFile>
+#include <QTextStream>
+
+#include <algorithm>
+
+QVector<OvMeasurementExporter::Row> OvMeasurementExporter::collect()
+{
+    QVector<Row> rows;
+    KxKernelData* kernel = KxKernelData::getInstance();
+    QList<int> types = kernel->getObjectTypes();
+    std::sort(types.begin(), types.end());
+    for (int type : types) {
+        KxGsManipulator* manipulator = kernel->getManipulator(type);
+        if (!manipulator)
+            continue;
+        const QStringList names = manipulator->getAnimatedValueNames();
+        const QMap<int, KxKernelObjectData*> objects = kernel->getObjectsOfType(type);
+        for (auto it = objects.constBegin(); it != objects.constEnd(); ++it) {
+            QStringList units;
+            const QList<QVariant> values = manipulator->getCalculatedValues(names, it.value(), units);
+            for (int i = 0; i < names.size(); ++i) {
+                Row row;
+                row.type = type;
+                row.index = it.key();
+                row.valueName = names.at(i);
+                row.value = values.value(i);
+                row.unit = units.value(i);
+                row.text = manipulator->getCalculatedValueAsString(names.at(i), it.value());
+                rows.append(row);
+            }
+        }
+    }
+    return rows;
+}
+
+QString OvMeasurementExporter::quoted(const QString& aField)
+{
+    if (!aField.contains(QLatin1Char(',')) && !aField.contains(QLatin1Char('"'))
+        && !aField.contains(QLatin1Char('\n')) && !aField.contains(QLatin1Char('\r')))
+        return aField;
+    QString escaped = aField;
+    escaped.replace(QLatin1Char('"'), QLatin1String("\"\""));
+    return QLatin1Char('"') + escaped + QLatin1Char('"');
+}
+
+QString OvMeasurementExporter::toCsv(const QVector<Row>& aRows)
+{
+    QString csv = QStringLiteral("type,index,value_name,value,unit,text\n");
+    for (const Row& row : aRows) {
+        bool numeric = false;
+        const double value = row.value.toDouble(&numeric);
+        const QString number = row.value.isValid() && numeric ? QString::number(value, 'g', 17) : QString();
+        csv += QString::number(row.type) + QLatin1Char(',') + QString::number(row.index) + QLatin1Char(',')
+             + quoted(row.valueName) + QLatin1Char(',') + number + QLatin1Char(',') + quoted(row.unit)
+             + QLatin1Char(',') + quoted(row.text) + QLatin1Char('\n');
+    }
+    return csv;
+}
+
+bool OvMeasurementExporter::writeCsv(const QString& aFileName, QString* anError)
+{
+    QSaveFile file(aFileName);
+    if (!file.open(QIODevice::WriteOnly)) {
+        if (anError)
+            *anError = QStringLiteral("cannot write %1: %2").arg(aFileName, file.errorString());
+        return false;
+    }
+    file.write(toCsv(collect()).toUtf8());
+    if (!file.commit()) {
+        if (anError)
+            *anError = QStringLiteral("cannot write %1: %2").arg(aFileName, file.errorString());
+        return false;
+    }
+    return true;
+}
