@@ -1,0 +1,722 @@
+#include "OvGsManipFrame.h"
+
+#include "KxAppSettings.h"
+#include "KxGsEditor.h"
+#include "KxKernelData.h"
+#include "KxKernelObjectData.h"
+#include "KxKernelObjectDataDescr.h"
+#include "KxMediaInfo.h"
+#include "KxSignalCenter.h"
+#include "KxView.h"
+#include "OvDeviceSetManager.h"
+#include "OvGsObject.h"
+#include "OvGuiMeasurementTool.h"
+#include "OvToolBase.h"
+
+#include <QCoreApplication>
+#include <QGraphicsScene>
+#include <QGraphicsSceneHoverEvent>
+#include <QGraphicsView>
+#include <QPolygon>
+#include <QPolygonF>
+#include <QSignalBlocker>
+#include <QToolButton>
+#include <QUndoCommand>
+#include <QUndoStack>
+
+namespace {
+
+const int kGsObjectFlags = 0x69D;
+const int kParamCount = 9;
+const QSize kDefaultMagnifierSize(180, 180);
+const double kDefaultMagnifierScale = 2.0;
+const char* const kKeyMagnifierSize = "MagnifierSize";
+const char* const kKeyMagnifierScale = "MagnifierScale";
+const char* const kKeyLabelsVisible = "MeasurementLabelsVisible";
+const int kDeviceCameraOrObjective = 0x180;
+const int kDeviceCalibrationOrUnits = 0x600;
+const int kSourceLiveCamera = 51;
+
+// Garbage in the settings falls back to the defaults.
+QSize magnifierSizeFrom(const QVariant& aValue)
+{
+    const QSize size = aValue.toSize();
+    return size.isEmpty() ? kDefaultMagnifierSize : size;
+}
+
+double magnifierScaleFrom(const QVariant& aValue)
+{
+    bool ok = false;
+    const double scale = aValue.toDouble(&ok);
+    return ok && scale > 0.0 ? scale : kDefaultMagnifierScale;
+}
+
+} // namespace
+
+OvGsManipFrame::OvGsManipFrame(OvToolBase* aToolBase, OvGuiMeasurementTool* aPanel, QUndoStack* anUndoStack,
+                               const Kind& aKind)
+    : KxGsManipulator(nullptr, anUndoStack)
+    , kind(aKind)
+    , cursor(Qt::CrossCursor)
+    , toolBase(aToolBase)
+    , panel(aPanel)
+    , magnifierScale(kDefaultMagnifierScale)
+    , registered(false)
+{
+    Q_ASSERT(toolBase && panel);
+    readMagnifierSettings();
+}
+
+OvGsManipFrame::~OvGsManipFrame() = default;
+
+void OvGsManipFrame::initFrame()
+{
+    unitsToUse.clear();
+    registered = initManipulator();
+
+    KxAppSettings* settings = KxAppSettings::getInstance();
+    connect(settings, &KxAppSettings::signalValueSet, this, [this](const QString& aKey, const QVariant& aValue) {
+        if (aKey == QLatin1String(kKeyMagnifierScale))
+            magnifierScale = magnifierScaleFrom(aValue);
+        else if (aKey == QLatin1String(kKeyMagnifierSize))
+            magnifierSize = magnifierSizeFrom(aValue);
+    });
+    connect(settings, &KxAppSettings::signalProfileChanged, this, [this]() { readMagnifierSettings(); });
+}
+
+bool OvGsManipFrame::initManipulator()
+{
+    KxKernelData* store = KxKernelData::getInstance();
+    if (!store->registerObjectType(this, getObjectType()))
+        return false;
+
+    for (const char* name : kind.valueNames)
+        valueNames.append(translated(name));
+
+    auto* descr = new KxKernelObjectDataDescr(getObjectType(), kParamCount);
+    descr->addDefaultParamsDescr();
+    descr->addParamDescr(5, QString::fromLatin1(kind.geometryKey), kind.geometryType, ParamDescr::KeyframeAnimated);
+    descr->addParamDescr(6, QStringLiteral("w"), QMetaType::Int, ParamDescr::KeyframeConstant);
+    descr->addParamDescr(7, QStringLiteral("fs"), QMetaType::Int, ParamDescr::KeyframeConstant);
+    descr->addParamDescr(8, QStringLiteral("ut"), QMetaType::Int, ParamDescr::KeyframeConstant);
+    if (!store->registerDataDescriptor(descr, getObjectType())) {
+        delete descr;
+        return false;
+    }
+
+    QObject* notifier = kernelNotifier;
+    connect(notifier, SIGNAL(signalObjectShowValue(const int, const int, const QString&)),
+            this, SLOT(slotObjectShowValueInKernel(const int, const int, const QString&)));
+    if (kind.removalSignal && kind.removalSlot)
+        connect(notifier, kind.removalSignal, this, kind.removalSlot);
+    connect(notifier, SIGNAL(signalObjectCreated(const int, const int, const KxKernelObjectData*)),
+            this, SLOT(slotObjectCreatedInKernel(int, int, const KxKernelObjectData*)));
+    connect(notifier, SIGNAL(signalObjectChanged(const int, const int, const KxKernelObjectData*)),
+            this, SLOT(slotObjectChangedInKernel(int, int, const KxKernelObjectData*)));
+    connect(notifier, SIGNAL(signalCurrentResChangedByCamera(QSize, QSize)),
+            this, SLOT(slotCurrentResChangedByCameraInKernel(QSize, QSize)));
+    connect(editor, SIGNAL(signalCurrentObjectChanged(const KxGsObject*)),
+            this, SLOT(slotCurrentObjectChangedInEditor(const KxGsObject*)));
+    if (kind.followsMediaAndTool) {
+        connect(notifier, SIGNAL(signalNewMediaReady(const KxMediaInfo&, bool&)),
+                this, SLOT(slotNewMediaReadyInKernel(const KxMediaInfo&, bool&)));
+        connect(notifier, SIGNAL(signalAppAboutToClose()), this, SLOT(slotAppAboutToClose()));
+        connect(toolBase, SIGNAL(guiExpanded(bool)), this, SLOT(slotGuiExpanded(bool)));
+        connect(toolBase, SIGNAL(toolActivated(bool)), this, SLOT(slotToolActivated(bool)));
+    }
+    connect(panel, SIGNAL(signalColorChanged(const QColor&)), this, SLOT(slotColorSelected(const QColor&)));
+    connect(getDrawButton(), SIGNAL(toggled(bool)), this,
+            kind.drawButtonSlot ? kind.drawButtonSlot : SLOT(slotDrawButtonToggled(bool)));
+    connect(toolBase, SIGNAL(resetButtonClicked()), panel, SLOT(slotResetSettings()));
+    connect(panel, SIGNAL(signalWidthChanged(int)), this, SLOT(slotWidthChanged(int)));
+    connect(panel, SIGNAL(signalFontValueChanged(int)), this, SLOT(slotFontValueChanged(int)));
+    connect(panel, SIGNAL(signalUnitTypeChanged(int)), this, SLOT(slotUnitChanged(int)));
+    connect(OvDeviceSetManager::instance(), SIGNAL(signalDeviceSetModified(int)),
+            this, SLOT(slotDeviceSetModified(int)));
+    connect(KxAppSettings::getInstance(), &KxAppSettings::signalValuesModified,
+            this, &OvGsManipFrame::slotSettingsModified);
+
+    unitsToUse = kind.units;
+    initManipulatorDone();
+    return true;
+}
+
+void OvGsManipFrame::initManipulatorDone()
+{
+}
+
+void OvGsManipFrame::readMagnifierSettings()
+{
+    magnifierSize = magnifierSizeFrom(KxAppSettings::value(QString::fromLatin1(kKeyMagnifierSize),
+                                                           kDefaultMagnifierSize));
+    magnifierScale = magnifierScaleFrom(KxAppSettings::value(QString::fromLatin1(kKeyMagnifierScale),
+                                                             kDefaultMagnifierScale));
+}
+
+QString OvGsManipFrame::translated(const char* aText) const
+{
+    return QCoreApplication::translate(kind.context, aText);
+}
+
+int OvGsManipFrame::getObjectType() const
+{
+    return kind.objectType;
+}
+
+int OvGsManipFrame::getGsObjectFlags(KxGsObject* anObj)
+{
+    return !anObj || anObj->type() == kind.objectType ? kGsObjectFlags : 0;
+}
+
+QStringList OvGsManipFrame::getObjectTypeNames()
+{
+    return QStringList(getObjectTypeName(0));
+}
+
+QString OvGsManipFrame::getObjectTypeName(int) const
+{
+    return translated(kind.typeName);
+}
+
+QString OvGsManipFrame::getModifiedTypeName(int anIdx) const
+{
+    // Numbers compare with 1; texts such as "true"/"false" count as booleans.
+    const QVariant value = KxAppSettings::value(QString::fromLatin1(kKeyLabelsVisible), QVariant(1));
+    bool isNumber = false;
+    int visible = value.toInt(&isNumber);
+    if (!isNumber)
+        visible = value.toBool() ? 1 : 0;
+    return visible < 1 ? QString() : getObjectTypeName(anIdx);
+}
+
+QString OvGsManipFrame::getItemName(int anIdx) const
+{
+    return getModifiedTypeName(anIdx) + QString::number(anIdx);
+}
+
+bool OvGsManipFrame::isValueName(const QString& aName) const
+{
+    return valueNames.contains(aName, Qt::CaseSensitive);
+}
+
+int OvGsManipFrame::itemUnit() const
+{
+    const int unit = panel->getCurrentUnit();
+    return unitsToUse.contains(unit) ? unit : OvGuiMeasurementTool::UnitAuto;
+}
+
+OvGsManipFrame::Measure OvGsManipFrame::measureData(const QString& aName, const KxKernelObjectData* aData,
+                                                    int& aUnit) const
+{
+    if (!aData || !isValueName(aName))
+        return Measure();
+    const KxParamKeyframeVector keyframes = aData->getKeyframesAt(kernelData->getCurrentFrame());
+    aUnit = getDescriptor()->getValue(keyframes, QStringLiteral("ut")).toInt();
+    return measureKeyframes(aName, keyframes);
+}
+
+QVariant OvGsManipFrame::getCalculatedValue(const QString& aName, const KxGsObject* anObj, QString& aUnitName)
+{
+    aUnitName.clear();
+    if (!anObj || anObj->type() != kind.objectType || !isValueName(aName))
+        return QVariant();
+    const Measure measure = measureItem(aName, anObj);
+    if (!measure.valid)
+        return QVariant();
+    auto unit = static_cast<OvGuiMeasurementTool::UnitType>(itemUnit());
+    return panel->convertFromUm(measure.value, measure.squared, unit, aUnitName, unitsToUse);
+}
+
+QVariant OvGsManipFrame::getCalculatedValue(const QString& aName, const KxKernelObjectData* aData,
+                                            QString& aUnitName)
+{
+    aUnitName.clear();
+    int storedUnit = 0;
+    const Measure measure = measureData(aName, aData, storedUnit);
+    if (!measure.valid)
+        return QVariant();
+    auto unit = static_cast<OvGuiMeasurementTool::UnitType>(storedUnit);
+    return panel->convertFromUm(measure.value, measure.squared, unit, aUnitName, unitsToUse);
+}
+
+QString OvGsManipFrame::getCalculatedValueAsString(const QString& aName, const KxGsObject* anObj)
+{
+    if (!anObj || anObj->type() != kind.objectType || !isValueName(aName))
+        return QString();
+    const Measure measure = measureItem(aName, anObj);
+    if (!measure.valid)
+        return QString();
+    return panel->convertFromUmAndFormat(measure.value, measure.squared,
+                                         static_cast<OvGuiMeasurementTool::UnitType>(itemUnit()), unitsToUse);
+}
+
+QString OvGsManipFrame::getCalculatedValueAsString(const QString& aName, const KxKernelObjectData* aData)
+{
+    int storedUnit = 0;
+    const Measure measure = measureData(aName, aData, storedUnit);
+    if (!measure.valid)
+        return QString();
+    return panel->convertFromUmAndFormat(measure.value, measure.squared,
+                                         static_cast<OvGuiMeasurementTool::UnitType>(storedUnit), unitsToUse);
+}
+
+QList<QVariant> OvGsManipFrame::getCalculatedValues(const QStringList& aNames, const KxKernelObjectData* aData,
+                                                    QStringList& aUnits)
+{
+    aUnits.clear();
+    QList<QVariant> values;
+    for (const QString& name : aNames) {
+        QString unitName;
+        values.append(getCalculatedValue(name, aData, unitName));
+        aUnits.append(unitName);
+    }
+    return values;
+}
+
+QPoint OvGsManipFrame::getMagnifierHotspot() const
+{
+    const int margin = qRound(10.0 * magnifierScale);
+    return QPoint(magnifierSize.width() / 2 + margin, magnifierSize.height() / 2 + margin);
+}
+
+void OvGsManipFrame::showMagnifierAt(const QPointF& aPos)
+{
+    if (isLocalMagnifier())
+        showLocalMagnifier(true);
+    else
+        createLocalMagnifier(aPos, magnifierSize, magnifierScale, true, true, getMagnifierHotspot());
+}
+
+void OvGsManipFrame::moveMagnifier(const QPointF& aPos, const QPointF& aScenePos)
+{
+    QPointF pos = aPos;
+    updateLocalMagnifier(pos, aScenePos, QSize(-1, -1));
+}
+
+void OvGsManipFrame::activate()
+{
+    QList<int> units = unitsToUse;
+    panel->setUnitsToUse(units, kind.squaredUnits);
+    panel->setCurrentUnit(OvGuiMeasurementTool::UnitAuto);
+    editor->setCursor(cursor);
+    if (ownsDrawButton()) {
+        QToolButton* button = getDrawButton();
+        const QSignalBlocker blocker(button);
+        button->setChecked(true);
+    }
+    if (!isLocalMagnifier()) {
+        QPointF pos;
+        QGraphicsScene* scene = editor->scene();
+        if (scene && !scene->views().isEmpty()) {
+            QGraphicsView* view = scene->views().first();
+            pos = editor->mapFromScene(view->mapToScene(view->mapFromGlobal(QCursor::pos())));
+        }
+        createLocalMagnifier(pos, magnifierSize, magnifierScale, true, true, getMagnifierHotspot());
+        showLocalMagnifier(true);
+    }
+}
+
+void OvGsManipFrame::deactivate()
+{
+    if (ownsDrawButton()) {
+        QToolButton* button = getDrawButton();
+        const QSignalBlocker blocker(button);
+        button->setChecked(false);
+    }
+    if (isLocalMagnifier())
+        removeLocalMagnifier();
+    if (KxGsObject* item = getInProgressItem()) {
+        if (editor->getCurrentObject() == item)
+            editor->setCurrentObject(nullptr, false);
+        forgetInProgressItem();
+        delete item;
+    }
+    if (!editor->getCurrentObject()) {
+        QList<int> none;
+        panel->setUnitsToUse(none, false);
+    }
+}
+
+void OvGsManipFrame::hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent)
+{
+    showMagnifierAt(anEvent->pos());
+    KxGsObject* item = getInProgressItem();
+    if (item && editor->getCurrentObject() != item && !editor->isGsObjectFound(item))
+        forgetInProgressItem();
+    anEvent->accept();
+}
+
+void OvGsManipFrame::hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent)
+{
+    showLocalMagnifier(false);
+    anEvent->accept();
+}
+
+void OvGsManipFrame::hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent)
+{
+    hoverMoveInProgress(anEvent);
+    moveMagnifier(anEvent->pos(), anEvent->scenePos());
+    anEvent->accept();
+}
+
+void OvGsManipFrame::hoverMoveInProgress(QGraphicsSceneHoverEvent*)
+{
+}
+
+void OvGsManipFrame::editGsObject(KxGsObject*, QPoint)
+{
+    toolBase->slotActivate(true);
+}
+
+QCursor OvGsManipFrame::getCursor() const
+{
+    return cursor;
+}
+
+QToolButton* OvGsManipFrame::getDrawButton() const
+{
+    switch (kind.drawButton) {
+    case FreeFormButton:
+        return panel->theFreeFormButton;
+    case RadiusButton:
+        return panel->theRadiusButton;
+    case AngleButton:
+        return panel->theAngleButton;
+    case DistanceButton:
+        break;
+    }
+    return panel->theDistanceButton;
+}
+
+bool OvGsManipFrame::ownsDrawButton() const
+{
+    if (kind.freehandTypes == kAnyFreehandType)
+        return true;
+    const int variant = panel->freehandType;
+    return variant >= 0 && variant < 32 && (kind.freehandTypes & (1u << variant)) != 0;
+}
+
+void OvGsManipFrame::drawButtonToggled(bool aChecked)
+{
+    if (!ownsDrawButton())
+        return;
+    if (aChecked)
+        editor->setOverrideManipulator(this);
+    else
+        editor->restoreOverrideManipulator();
+}
+
+void OvGsManipFrame::slotDrawButtonToggled(bool aChecked)
+{
+    drawButtonToggled(aChecked);
+}
+
+QList<KxGsObject*> OvGsManipFrame::beginStyleChange(const QString& aMacroText)
+{
+    const QList<KxGsObject*> selection = editor->getSelectedObjects();
+    if (selection.size() > 1)
+        undoStack->beginMacro(aMacroText);
+    return selection;
+}
+
+void OvGsManipFrame::endStyleChange(const QList<KxGsObject*>& aSelection)
+{
+    if (aSelection.size() > 1)
+        undoStack->endMacro();
+}
+
+void OvGsManipFrame::slotColorSelected(const QColor& aColor)
+{
+    const QList<KxGsObject*> selection = beginStyleChange(tr("Objects color change"));
+    for (KxGsObject* obj : selection) {
+        if (obj->type() == kind.objectType)
+            setGsObjectParamValue(obj, 1u, QVariant(aColor));
+    }
+    endStyleChange(selection);
+}
+
+void OvGsManipFrame::slotWidthChanged(int aWidth)
+{
+    const QList<KxGsObject*> selection = beginStyleChange(tr("Objects width change"));
+    for (KxGsObject* obj : selection) {
+        if (obj->type() != kind.objectType)
+            continue;
+        obj->setPenStyle(Qt::SolidLine, aWidth);
+        setGsObjectParamValue(obj, QStringLiteral("w"), QVariant(aWidth));
+    }
+    endStyleChange(selection);
+}
+
+void OvGsManipFrame::slotFontValueChanged(int aSize)
+{
+    const QList<KxGsObject*> selection = beginStyleChange(tr("Objects font size change"));
+    for (KxGsObject* obj : selection) {
+        if (obj->type() != kind.objectType)
+            continue;
+        auto* item = qobject_cast<OvGsObject*>(obj);
+        if (item)
+            item->setLabelFontPixSize(aSize);
+        setGsObjectParamValue(obj, QStringLiteral("fs"), QVariant(aSize));
+        if (item && kind.fontChangeEnsuresLabel)
+            item->ensureLabelVisible();
+    }
+    endStyleChange(selection);
+}
+
+void OvGsManipFrame::slotUnitChanged(int aUnit)
+{
+    const QList<KxGsObject*> selection = beginStyleChange(tr("Objects unit type change"));
+    for (KxGsObject* obj : selection) {
+        if (obj->type() != kind.objectType)
+            continue;
+        setGsObjectParamValue(obj, QStringLiteral("ut"), QVariant(aUnit));
+        updateDisplayValue(obj, valueNames.value(0), true, true);
+        if (auto* item = qobject_cast<OvGsObject*>(obj))
+            item->ensureLabelVisible();
+    }
+    endStyleChange(selection);
+}
+
+void OvGsManipFrame::slotCurrentObjectChangedInEditor(const KxGsObject* anObj)
+{
+    if (anObj && anObj->type() == kind.objectType) {
+        QList<int> units = unitsToUse;
+        panel->setUnitsToUse(units, kind.squaredUnits);
+        updateGuiFromObject(qobject_cast<const OvGsObject*>(anObj), getObjectIdx(anObj));
+    } else if (!anObj && getInProgressItem()) {
+        forgetInProgressItem();
+    }
+}
+
+void OvGsManipFrame::updateGuiFromObject(const OvGsObject* anItem, int anIdx)
+{
+    if (const KxKernelObjectData* data = kernelData->getObject(kind.objectType, anIdx)) {
+        updateGuiFromObjectData(data);
+        return;
+    }
+    if (!anItem)
+        return;
+    panel->setColor(anItem->getColor());
+    panel->setLineWidth(anItem->penWidth);
+    panel->setFontSize(anItem->getLabelFontPixSize());
+}
+
+void OvGsManipFrame::updateGuiFromObjectData(const KxKernelObjectData* aData)
+{
+    if (!aData)
+        return;
+    const KxParamKeyframeVector keyframes = aData->getKeyframesAt(kernelData->getCurrentFrame());
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    panel->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
+    panel->setLineWidth(descr->getValue(keyframes, QStringLiteral("w")).toInt());
+    panel->setFontSize(descr->getValue(keyframes, QStringLiteral("fs")).toInt());
+    panel->setCurrentUnit(descr->getValue(keyframes, QStringLiteral("ut")).toInt());
+}
+
+void OvGsManipFrame::slotSettingsModified(const QStringList& aKeys, const QList<QVariant>&)
+{
+    if (!aKeys.contains(QLatin1String(kKeyLabelsVisible)))
+        return;
+    const QMap<int, KxGsObject*> objects = gsObjectMap;
+    for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
+        it.value()->setName(getItemName(it.key()));
+        updateDisplayValue(it.value(), getValueNameToDisplay(it.value()), true, true);
+    }
+}
+
+void OvGsManipFrame::slotDeviceSetModified(int aFlags)
+{
+    if (aFlags & kDeviceCameraOrObjective) {
+        if (OvDeviceSetManager::instance()->getActiveCamera())
+            toolBase->setEnabled(true, false);
+        else if (kernelData->getMediaInfo().getParameter(KxMediaInfo::MetaImageSource).toInt() == kSourceLiveCamera)
+            toolBase->setEnabled(false, true);
+        return;
+    }
+    if (aFlags & kDeviceCalibrationOrUnits) {
+        const QMap<int, KxGsObject*> objects = gsObjectMap;
+        for (KxGsObject* obj : objects)
+            updateDisplayValue(obj, getValueNameToDisplay(obj), true, true);
+    }
+}
+
+void OvGsManipFrame::slotFrameReadyStopInKernel(qint64 aFrame)
+{
+    if (!blockKernelNotification)
+        recreateGraphicsObjects(getViewOrigin(), aFrame, theCurrentViewAnimated);
+}
+
+void OvGsManipFrame::slotObjectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
+{
+    if (!blockKernelNotification)
+        objectCreatedInKernel(aType, anIdx, aData);
+}
+
+void OvGsManipFrame::slotObjectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
+{
+    if (!blockKernelNotification)
+        objectChangedInKernel(aType, anIdx, aData);
+}
+
+void OvGsManipFrame::slotCurrentResChangedByCameraInKernel(QSize anOld, QSize aNew)
+{
+    currentResChangedByCamera(anOld, aNew);
+}
+
+void OvGsManipFrame::currentResChangedByCamera(QSize anOld, QSize aNew)
+{
+    rescaleDefaultKeyframes(anOld, aNew);
+}
+
+void OvGsManipFrame::rescaleDefaultKeyframes(QSize anOld, QSize aNew)
+{
+    // An old width of 0 gives no ratio: the change is ignored.
+    if (anOld == aNew || anOld.width() <= 0)
+        return;
+    const double factor = double(aNew.width()) / anOld.width();
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    const QString geometryKey = QString::fromLatin1(kind.geometryKey);
+    const QMap<int, KxKernelObjectData*> objects = kernelData->getObjectsOfType(kind.objectType);
+    for (KxKernelObjectData* data : objects) {
+        KxParamKeyframeVector keyframes = data->getDefaultKeyframes();
+        if (keyframes.size() < kParamCount)
+            continue;
+        const QPoint pos = keyframes[3].getValue().toPoint();
+        keyframes[3].setValue(QPoint(qRound(pos.x() * factor), qRound(pos.y() * factor)));
+        descr->setValue(keyframes, geometryKey, scaleGeometry(descr->getValue(keyframes, geometryKey), factor));
+        data->update(keyframes);
+    }
+    recreateGraphicsObjects(getViewOrigin(), -1, true);
+}
+
+QVariant OvGsManipFrame::scaleGeometry(const QVariant& aGeometry, double aFactor) const
+{
+    switch (static_cast<int>(aGeometry.type())) {
+    case QMetaType::QPoint: {
+        const QPoint point = aGeometry.toPoint();
+        return QPoint(qRound(point.x() * aFactor), qRound(point.y() * aFactor));
+    }
+    case QMetaType::QPointF:
+        return aGeometry.toPointF() * aFactor;
+    case QMetaType::QPolygonF: {
+        QPolygonF polygon = aGeometry.value<QPolygonF>();
+        for (QPointF& point : polygon)
+            point *= aFactor;
+        return polygon;
+    }
+    case QMetaType::QPolygon: {
+        QPolygon polygon = aGeometry.value<QPolygon>();
+        for (QPoint& point : polygon)
+            point = QPoint(qRound(point.x() * aFactor), qRound(point.y() * aFactor));
+        return polygon;
+    }
+    default:
+        return aGeometry;
+    }
+}
+
+KxKernelObjectDataDescr* OvGsManipFrame::getDescriptor() const
+{
+    return kernelData->getDataDescriptor(kind.objectType);
+}
+
+QPoint OvGsManipFrame::getViewOrigin() const
+{
+    const KxView* view = kernelData->getCurrentView();
+    return view ? view->getOrigin() : QPoint();
+}
+
+double OvGsManipFrame::getCalibrationStep(QString& aText) const
+{
+    QString source;
+    const KxCalibData calibration = kernelData->getCurrentCalibData(source);
+    aText = calibration.text;
+    return calibration.value > 0.001 ? kernelData->getCurrentImageSize().width() / calibration.value : 0.0;
+}
+
+int OvGsManipFrame::getNextObjectIndex() const
+{
+    return gsObjectMap.isEmpty() ? 1 : gsObjectMap.lastKey() + 1;
+}
+
+KxParamKeyframeVector OvGsManipFrame::createObjectKeyframes(const OvGsObject* anItem, const QVariant& aGeometry) const
+{
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    KxParamKeyframeVector keyframes = descr->createKeyframeVector();
+    const QPointF pos = anItem->pos();
+    keyframes[0].setValue(true);
+    keyframes[1].setValue(anItem->getColor());
+    keyframes[2].setValue(valueNames.value(0));
+    keyframes[3].setValue(QPoint(qRound(pos.x()), qRound(pos.y())) + getViewOrigin());
+    keyframes[4].setValue(false);
+    descr->setValue(keyframes, QString::fromLatin1(kind.geometryKey), aGeometry);
+    descr->setValue(keyframes, QStringLiteral("w"), anItem->penWidth);
+    descr->setValue(keyframes, QStringLiteral("fs"), anItem->getLabelFontPixSize());
+    descr->setValue(keyframes, QStringLiteral("ut"), panel->getCurrentUnit());
+    return keyframes;
+}
+
+void OvGsManipFrame::pushOwnCommand(QUndoCommand* aCommand)
+{
+    const bool wasBlocked = blockKernelNotification;
+    blockKernelNotification = true;
+    undoStack->push(aCommand);
+    blockKernelNotification = wasBlocked;
+}
+
+OvGsManipFrame::Measure OvGsManipFrame::lengthFromPixels(double aPixels) const
+{
+    Measure measure;
+    measure.value = kernelData->getMediaInfo().calculateUmForPixels(aPixels, 0.0);
+    measure.valid = measure.value > 0.0;
+    return measure;
+}
+
+QVariant OvGsManipFrame::keyframeValue(const KxParamKeyframeVector& aKeyframes, int anId)
+{
+    return anId >= 0 && anId < aKeyframes.size() ? aKeyframes[anId].getValue() : QVariant();
+}
+
+QColor OvGsManipFrame::colorFromVariant(const QVariant& aValue)
+{
+    if (aValue.userType() == QMetaType::QColor)
+        return aValue.value<QColor>();
+    if (aValue.canConvert<QColor>())
+        return aValue.value<QColor>();
+    return QColor();
+}
+
+bool OvGsManipFrame::isRegistered() const
+{
+    return registered;
+}
+
+const QList<int>& OvGsManipFrame::getUnitsToUse() const
+{
+    return unitsToUse;
+}
+
+QSize OvGsManipFrame::getMagnifierSize() const
+{
+    return magnifierSize;
+}
+
+double OvGsManipFrame::getMagnifierScale() const
+{
+    return magnifierScale;
+}
+
+OvToolBase* OvGsManipFrame::getToolBase() const
+{
+    return toolBase;
+}
+
+OvGuiMeasurementTool* OvGsManipFrame::getPanel() const
+{
+    return panel;
+}
+
+const OvGsManipFrame::Kind& OvGsManipFrame::getKind() const
+{
+    return kind;
+}

@@ -1,0 +1,255 @@
+#pragma once
+
+#include "KxGsManipulator.h"
+#include "KxParamKeyframeVector.h"
+
+#include <QColor>
+#include <QCursor>
+#include <QList>
+#include <QMetaType>
+#include <QPoint>
+#include <QSize>
+#include <QStringList>
+#include <QVariant>
+
+class KxGsObject;
+class KxKernelObjectData;
+class KxKernelObjectDataDescr;
+class OvGsObject;
+class OvGuiMeasurementTool;
+class OvToolBase;
+class QGraphicsSceneHoverEvent;
+class QToolButton;
+class QUndoCommand;
+class QUndoStack;
+
+// What every measurement manipulator shares: registration of its object type
+// with the kernel store, the wiring to kernel, editor, tool entry, panel,
+// device set and settings, activation with the local magnifier, the panel's
+// style and unit slots, the panel update from the current object, the value
+// queries and the type names.
+//
+// A kind of measurement derives from this class, describes its constants in a
+// Kind record and implements its gesture (the mouse handlers), finalisation,
+// kernel synchronisation and measurement through the hooks below. Its
+// constructor must end with initFrame(): registration and the connections by
+// signature text need the kind's own meta-object, which is not in place while
+// this base is being constructed.
+class OvGsManipFrame : public KxGsManipulator
+{
+    Q_OBJECT
+
+public:
+    enum DrawButton
+    {
+        DistanceButton,
+        FreeFormButton,
+        RadiusButton,
+        AngleButton
+    };
+
+    // freehandTypes value of a kind that owns its draw button whatever the
+    // panel's free-hand variant is.
+    static const quint32 kAnyFreehandType = 0xffffffffu;
+
+    // The constants of one kind. Names are untranslated texts marked with
+    // QT_TRANSLATE_NOOP(context, ...) and translated in that context.
+    struct Kind
+    {
+        const char* context = "";               // the kind's class name
+        int objectType = 0;                     // kernel object type id, also the item's type()
+        const char* typeName = "";
+        QList<const char*> valueNames;           // in list order; the first one goes on new labels
+        const char* geometryKey = "";            // parameter 5
+        QMetaType::Type geometryType = QMetaType::UnknownType;
+        DrawButton drawButton = DistanceButton;
+        quint32 freehandTypes = kAnyFreehandType; // bit n: the button is this kind's while freehandType is n
+        const char* drawButtonSlot = nullptr;    // SLOT(...) that receives the button's toggled(bool)
+        QList<int> units;                        // units offered on the panel, in slider order
+        bool squaredUnits = false;               // the panel shows the units squared (areas)
+        const char* removalSignal = nullptr;     // SIGNAL(...) of the kernel notifier, or null for none
+        const char* removalSlot = nullptr;       // SLOT(...) it goes to; a kind may declare its own
+        bool followsMediaAndTool = true;         // connects new media, app close, guiExpanded, toolActivated
+        bool fontChangeEnsuresLabel = true;      // a font size change keeps the label inside the area
+    };
+
+    // A measured value in micrometres (square micrometres when squared).
+    struct Measure
+    {
+        bool valid = false;
+        double value = 0.0;
+        bool squared = false;
+    };
+
+    // aKind is copied. Reads the magnifier settings; the rest of the
+    // construction happens in initFrame().
+    OvGsManipFrame(OvToolBase* aToolBase, OvGuiMeasurementTool* aPanel, QUndoStack* anUndoStack,
+                   const Kind& aKind);
+    ~OvGsManipFrame() override;
+
+    int getObjectType() const override;
+    // 1693 for null or for an item of this kind, else 0.
+    int getGsObjectFlags(KxGsObject* anObj) override;
+    QStringList getObjectTypeNames() override;
+    // The translated type name, whatever anIdx is.
+    QString getObjectTypeName(int anIdx) const override;
+
+    // Invalid unless anObj is of this kind, aName is one of the value names
+    // and the kind can measure it (calibrated picture). Unit: the panel's
+    // current one when offered by this kind, else automatic.
+    QVariant getCalculatedValue(const QString& aName, const KxGsObject* anObj, QString& aUnitName) override;
+    // As above from the key frames at the current frame, in the stored unit.
+    QVariant getCalculatedValue(const QString& aName, const KxKernelObjectData* aData, QString& aUnitName);
+    // The label texts of the two paths above; empty where they are invalid.
+    QString getCalculatedValueAsString(const QString& aName, const KxGsObject* anObj) override;
+    QString getCalculatedValueAsString(const QString& aName, const KxKernelObjectData* aData) override;
+    // One value and one unit name per name, invalid and empty for unknown names.
+    QList<QVariant> getCalculatedValues(const QStringList& aNames, const KxKernelObjectData* aData,
+                                        QStringList& aUnits) override;
+
+    // Offers the kind's units, checks its draw button silently and shows the
+    // local magnifier under the cursor.
+    void activate() override;
+    // Unchecks the draw button silently, removes the magnifier and discards an
+    // unfinished item.
+    void deactivate() override;
+    void hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent) override;
+    void hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent) override;
+    // hoverMoveInProgress(), then the magnifier follows.
+    void hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent) override;
+    // Editing a measurement activates the measurement tool.
+    void editGsObject(KxGsObject* anObj, QPoint aPos) override;
+    QCursor getCursor() const override;
+
+    // The panel shows the object's style and unit: from its kernel data when
+    // stored, else (colour, width, font size only) from the item.
+    void updateGuiFromObject(const OvGsObject* anItem, int anIdx);
+    void updateGuiFromObjectData(const KxKernelObjectData* aData);
+    // The type name, or empty while "MeasurementLabelsVisible" is below 1.
+    QString getModifiedTypeName(int anIdx) const;
+
+    // False when registration failed: the manipulator is then inert.
+    bool isRegistered() const;
+    const QList<int>& getUnitsToUse() const;
+    QSize getMagnifierSize() const;
+    double getMagnifierScale() const;
+    // Where the magnifier sits relative to the cursor: half its size plus a
+    // margin that grows with the enlargement.
+    QPoint getMagnifierHotspot() const;
+    OvToolBase* getToolBase() const;
+    OvGuiMeasurementTool* getPanel() const;
+    const Kind& getKind() const;
+
+    // Colour of a stored parameter: the QColor it holds, else its conversion,
+    // else an invalid colour.
+    static QColor colorFromVariant(const QVariant& aValue);
+    // The value of key frame anId, invalid when the vector is too short.
+    static QVariant keyframeValue(const KxParamKeyframeVector& aKeyframes, int anId);
+
+protected:
+    // Finishes construction: registration and connections (nothing of either
+    // when the kernel refuses the type), then the settings handlers. Call once,
+    // at the end of the kind's constructor.
+    void initFrame();
+
+    // The item of the gesture under way, null when none. The frame deletes it
+    // on deactivation (after forgetInProgressItem()) and forgets it when the
+    // editor lets go of it.
+    virtual KxGsObject* getInProgressItem() const = 0;
+    // Drops the reference to the item under way without deleting it.
+    virtual void forgetInProgressItem() = 0;
+    // Called by hoverMoveEvent before the magnifier update: the item under way
+    // follows the mouse.
+    virtual void hoverMoveInProgress(QGraphicsSceneHoverEvent* anEvent);
+
+    // Kernel notifications, not called while the block flag is set (the
+    // frame's slots filter them); the kind filters types itself.
+    virtual void objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) = 0;
+    virtual void objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) = 0;
+    // The camera resolution changed. Default: rescaleDefaultKeyframes().
+    virtual void currentResChangedByCamera(QSize anOld, QSize aNew);
+    // The geometry parameter scaled by aFactor, for rescaleDefaultKeyframes().
+    // Default: points rounded, point-F and polygons scaled, others unchanged.
+    virtual QVariant scaleGeometry(const QVariant& aGeometry, double aFactor) const;
+
+    // The value aName (one of the kind's value names) of an item of this kind
+    // or of stored key frames. Invalid when it cannot be measured.
+    virtual Measure measureItem(const QString& aName, const KxGsObject* anItem) const = 0;
+    virtual Measure measureKeyframes(const QString& aName, const KxParamKeyframeVector& aKeyframes) const = 0;
+
+    // Called as the last step of a successful registration.
+    virtual void initManipulatorDone();
+
+    // Checking the draw button makes this the editor's override manipulator,
+    // unchecking restores the default; ignored while the button is not this
+    // kind's. For kinds that connect the button to a slot of their own.
+    void drawButtonToggled(bool aChecked);
+    QToolButton* getDrawButton() const;
+    // The draw button is this kind's under the panel's current free-hand variant.
+    bool ownsDrawButton() const;
+
+    KxKernelObjectDataDescr* getDescriptor() const;
+    // The current view's origin: stored positions are item positions plus it.
+    QPoint getViewOrigin() const;
+    // Pixels per calibrated unit of the current picture (0 when uncalibrated)
+    // and the calibration's unit text.
+    double getCalibrationStep(QString& aText) const;
+    // One more than the largest index in the graphics-object map (1 when empty).
+    int getNextObjectIndex() const;
+    // getModifiedTypeName(anIdx) followed by the index.
+    QString getItemName(int anIdx) const;
+    // Defaults of a new object drawn as anItem: visible, its colour, the first
+    // value name, its position plus the view origin, not hidden, aGeometry,
+    // its width and font size, the panel's current unit.
+    KxParamKeyframeVector createObjectKeyframes(const OvGsObject* anItem, const QVariant& aGeometry) const;
+    // Pushes a command of this manipulator with the block flag set, so that
+    // the notifications it causes are not handled again.
+    void pushOwnCommand(QUndoCommand* aCommand);
+    // A length in pixels in micrometres by the current calibration; invalid
+    // when uncalibrated.
+    Measure lengthFromPixels(double aPixels) const;
+    // Scales the stored default position and geometry of every object of this
+    // kind by the width ratio, without an undo step, then rebuilds all items.
+    // Ignored for equal sizes and for an old width of 0.
+    void rescaleDefaultKeyframes(QSize anOld, QSize aNew);
+    // Shows the magnifier at aPos (editor item coordinates), creating it when
+    // none exists.
+    void showMagnifierAt(const QPointF& aPos);
+    void moveMagnifier(const QPointF& aPos, const QPointF& aScenePos);
+
+    const Kind kind;
+
+private slots:
+    void slotCurrentObjectChangedInEditor(const KxGsObject* anObj);
+    void slotObjectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData);
+    void slotObjectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData);
+    void slotCurrentResChangedByCameraInKernel(QSize anOld, QSize aNew);
+    void slotFrameReadyStopInKernel(qint64 aFrame);
+    void slotSettingsModified(const QStringList& aKeys, const QList<QVariant>& aVals);
+    void slotColorSelected(const QColor& aColor);
+    void slotWidthChanged(int aWidth);
+    void slotDrawButtonToggled(bool aChecked);
+    void slotFontValueChanged(int aSize);
+    void slotUnitChanged(int aUnit);
+    void slotDeviceSetModified(int aFlags);
+
+private:
+    bool initManipulator();
+    void readMagnifierSettings();
+    QString translated(const char* aText) const;
+    bool isValueName(const QString& aName) const;
+    int itemUnit() const;
+    Measure measureData(const QString& aName, const KxKernelObjectData* aData, int& aUnit) const;
+    // Begins a macro when more than one object is selected; returns the
+    // selection copy the style slots work on.
+    QList<KxGsObject*> beginStyleChange(const QString& aMacroText);
+    void endStyleChange(const QList<KxGsObject*>& aSelection);
+
+    QCursor cursor;
+    OvToolBase* toolBase;
+    OvGuiMeasurementTool* panel;
+    QSize magnifierSize;
+    double magnifierScale;
+    QList<int> unitsToUse;
+    bool registered;
+};
