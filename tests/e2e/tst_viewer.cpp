@@ -121,7 +121,7 @@ private Q_SLOTS:
         QCOMPARE(run.rows.size(), 1);
         QCOMPARE(run.rows.first().at(4), QStringLiteral("mm"));
         QCOMPARE(run.rows.first().at(3).toDouble(), 0.022);
-        QCOMPARE(run.rows.first().at(5), QStringLiteral("22.000\u2219" "10 \u0304\u00B3 mm"));
+        QCOMPARE(run.rows.first().at(5), QStringLiteral("22.00\u2219" "10 \u0304\u00B3 mm"));
     }
 
     void badLineStopsWithItsNumber()
