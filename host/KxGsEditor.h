@@ -116,7 +116,10 @@ private:
     QPointer<KxGsManipulator> overrideManipulator;
     QPointer<KxGsObject> grabbedObject;
     QPointF grabbedStartPos;
-    bool grabbedWasMoving = false;
+    Qt::MouseButton pressButton = Qt::NoButton;
+    // A press went to an item: the gesture stays with it (or with nobody
+    // when the item went away) until the release.
+    bool itemOwnsMouse = false;
     bool manipulatorHasMouse = false;
     static KxGsEditor* theInstance;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KxHostGlobal.h"
+#include "KxGsEditor.h"
 #include "KxMediaInfo.h"
 
 #include <QCursor>
@@ -10,13 +11,13 @@
 #include <QObject>
 #include <QPoint>
 #include <QPointF>
+#include <QPointer>
 #include <QSize>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 
 class KxCVSequence;
-class KxGsEditor;
 class KxGsObject;
 class KxKernelData;
 class KxKernelObjectData;
@@ -181,7 +182,8 @@ protected:
     // deletes it safely (it may be inside its own event handler).
     void dropGsObject(int anIdx);
 
-    KxGsEditor* editor;
+    // Guarded: null once the editor is gone.
+    QPointer<KxGsEditor> editor;
     QUndoStack* undoStack;
     KxSignalCenter* kernelNotifier;
     KxKernelData* kernelData;

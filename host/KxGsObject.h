@@ -97,6 +97,10 @@ public:
     bool hidden = false;
     bool solidEdit = false;
 
+signals:
+    // setColor() was called.
+    void signalColorChanged(const QColor& aColor);
+
 private:
     KxGsManipulator* gsManipulator;
     QString name;

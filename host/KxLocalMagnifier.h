@@ -28,6 +28,7 @@ public:
     // Sizes below 16 pixels are raised to 16.
     void setLensSize(QSize aSize);
 
+    KxGsEditor* getEditor() const;
     QPointF getSourcePos() const;
     QSize getLensSize() const;
     double getScale() const;
@@ -44,6 +45,10 @@ public:
     void paint(QPainter* aPainter, const QStyleOptionGraphicsItem* anOption, QWidget* aWidget) override;
 
 private:
+    // Screen pixels per picture pixel in the first view showing the editor.
+    double screenScale(const QWidget* aWidget) const;
+    void drawLens(QPainter* aPainter, double aScreenScale) const;
+
     QPointer<KxGsEditor> editor;
     QPointF sourcePos;
     QSize lensSize;

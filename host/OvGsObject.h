@@ -80,8 +80,8 @@ public:
     void setAlwaysHidden(bool aHidden);
 
     void adjustScale(double aZoom) override;
-    // Moves the label along with the shape's position change that the shape
-    // itself performs after calling this.
+    // Label and buttons are children and follow the shape's own setPos(); the
+    // base part only refreshes the leader line.
     void moveObjectBy(const QPointF& aDelta) override;
     // Label (PartLabel), trash (PartTrash) and active button (PartActive) only;
     // false elsewhere so that shapes test their own geometry next.

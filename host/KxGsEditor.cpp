@@ -1,0 +1,479 @@
+#include "KxGsEditor.h"
+
+#include "KxGsManipulator.h"
+#include "KxGsObject.h"
+#include "KxKernelData.h"
+#include "KxLocalMagnifier.h"
+#include "KxView.h"
+
+#include <QGraphicsSceneContextMenuEvent>
+#include <QGraphicsSceneDragDropEvent>
+#include <QGraphicsSceneHoverEvent>
+#include <QGraphicsSceneMouseEvent>
+#include <QGraphicsSceneWheelEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QUndoStack>
+#include <QWidget>
+
+#include <algorithm>
+#include <cmath>
+
+KxGsEditor* KxGsEditor::theInstance = nullptr;
+
+KxGsEditor::KxGsEditor(QGraphicsItem* aParent)
+    : QGraphicsObject(aParent)
+    , view(new KxView(QPoint(0, 0), 1.0))
+{
+    setFlag(QGraphicsItem::ItemIsFocusable);
+    setAcceptHoverEvents(true);
+    setAcceptDrops(true);
+    setAcceptedMouseButtons(Qt::AllButtons);
+    if (!theInstance) {
+        theInstance = this;
+        KxKernelData::getInstance()->setCurrentView(view);
+    }
+}
+
+KxGsEditor::~KxGsEditor()
+{
+    if (theInstance == this)
+        theInstance = nullptr;
+    KxKernelData* kernel = KxKernelData::getInstance();
+    if (kernel->getCurrentView() == view)
+        kernel->setCurrentView(nullptr);
+    delete view;
+}
+
+QRectF KxGsEditor::getEditorArea() const
+{
+    return QRectF(QPointF(0.0, 0.0), QSizeF(image.size()));
+}
+
+KxGsEditor* KxGsEditor::getInstance()
+{
+    if (!theInstance)
+        new KxGsEditor();
+    return theInstance;
+}
+
+KxGsEditor* KxGsEditor::existingInstance()
+{
+    return theInstance;
+}
+
+void KxGsEditor::setImage(const QImage& anImage)
+{
+    prepareGeometryChange();
+    image = anImage;
+    update();
+}
+
+const QImage& KxGsEditor::getImage() const
+{
+    return image;
+}
+
+QRectF KxGsEditor::boundingRect() const
+{
+    return getEditorArea();
+}
+
+void KxGsEditor::paint(QPainter* aPainter, const QStyleOptionGraphicsItem*, QWidget*)
+{
+    if (image.isNull())
+        return;
+    // Pixels stay crisp when enlarged; a reduced picture is smoothed.
+    aPainter->setRenderHint(QPainter::SmoothPixmapTransform, zoom < 1.0);
+    aPainter->drawImage(QPointF(0.0, 0.0), image);
+}
+
+void KxGsEditor::setZoom(double aZoom)
+{
+    if (!(aZoom > 0.0) || !std::isfinite(aZoom))
+        return;
+    zoom = aZoom;
+    setScale(aZoom);
+    view->setZoom(aZoom);
+    for (KxGsObject* obj : getAllChildGsObjects())
+        obj->adjustScale(aZoom);
+    if (KxLocalMagnifier* magnifier = KxGsManipulator::localMagnifier())
+        magnifier->update();
+    emit scaleChanged();
+}
+
+double KxGsEditor::getZoom() const
+{
+    return zoom;
+}
+
+KxView* KxGsEditor::getView() const
+{
+    return view;
+}
+
+KxGsObject* KxGsEditor::getCurrentObject() const
+{
+    return currentObject.data();
+}
+
+QList<KxGsObject*> KxGsEditor::getSelectedObjects() const
+{
+    QList<KxGsObject*> result;
+    for (const QPointer<KxGsObject>& obj : selectedObjects) {
+        if (obj)
+            result.append(obj.data());
+    }
+    return result;
+}
+
+void KxGsEditor::setCurrentObject(KxGsObject* anObj, bool aAddToSelection)
+{
+    KxGsObject* old = currentObject.data();
+    if (anObj && anObj->isDiscarded())
+        anObj = nullptr;
+    if (!anObj || !aAddToSelection) {
+        for (const QPointer<KxGsObject>& obj : selectedObjects) {
+            if (obj && obj != anObj)
+                obj->setSelected(false);
+        }
+        selectedObjects.clear();
+    }
+    if (anObj) {
+        if (!getSelectedObjects().contains(anObj))
+            selectedObjects.append(anObj);
+        anObj->setSelected(true);
+    }
+    if (old && old != anObj)
+        old->setCurrent(false);
+    currentObject = anObj;
+    if (anObj)
+        anObj->setCurrent(true);
+    if (old != anObj)
+        emit signalCurrentObjectChanged(anObj);
+}
+
+void KxGsEditor::forgetObject(KxGsObject* anObj)
+{
+    if (!anObj)
+        return;
+    selectedObjects.removeAll(anObj);
+    // QPointer entries of objects already being destroyed have turned null.
+    selectedObjects.removeAll(QPointer<KxGsObject>());
+    if (currentObject == anObj)
+        currentObject = nullptr;
+    if (grabbedObject == anObj)
+        grabbedObject = nullptr;
+}
+
+void KxGsEditor::setOverrideManipulator(KxGsManipulator* aManipulator)
+{
+    if (!aManipulator) {
+        restoreOverrideManipulator();
+        return;
+    }
+    if (overrideManipulator == aManipulator)
+        return;
+    KxGsManipulator* old = overrideManipulator.data();
+    overrideManipulator = nullptr;
+    manipulatorHasMouse = false;
+    if (old)
+        old->deactivate();
+    unsetCursor();
+    overrideManipulator = aManipulator;
+    aManipulator->activate();
+}
+
+void KxGsEditor::restoreOverrideManipulator()
+{
+    KxGsManipulator* old = overrideManipulator.data();
+    overrideManipulator = nullptr;
+    manipulatorHasMouse = false;
+    if (old)
+        old->deactivate();
+    unsetCursor();
+}
+
+KxGsManipulator* KxGsEditor::getOverrideManipulator() const
+{
+    return overrideManipulator.data();
+}
+
+QList<KxGsObject*> KxGsEditor::getAllChildGsObjects() const
+{
+    QList<KxGsObject*> result;
+    for (QGraphicsItem* child : childItems()) {
+        KxGsObject* obj = qobject_cast<KxGsObject*>(child->toGraphicsObject());
+        if (obj && !obj->isDiscarded())
+            result.append(obj);
+    }
+    return result;
+}
+
+bool KxGsEditor::isGsObjectFound(const KxGsObject* anObj) const
+{
+    if (!anObj)
+        return false;
+    for (KxGsObject* obj : getAllChildGsObjects()) {
+        if (obj == anObj)
+            return true;
+    }
+    return false;
+}
+
+KxGsObject* KxGsEditor::getMouseGrabberObject() const
+{
+    return itemOwnsMouse ? grabbedObject.data() : nullptr;
+}
+
+void KxGsEditor::deleteSelected()
+{
+    QList<QPointer<KxGsObject>> doomed;
+    for (KxGsObject* obj : getSelectedObjects()) {
+        KxGsManipulator* manipulator = obj->getManipulator();
+        if (!obj->isDiscarded() && manipulator && manipulator->getObjectIdx(obj) >= 0)
+            doomed.append(obj);
+    }
+    if (doomed.isEmpty())
+        return;
+    QUndoStack* stack = doomed.first()->getManipulator()->getUndoStack();
+    const bool macro = stack && doomed.size() > 1;
+    if (macro)
+        stack->beginMacro(tr("Delete measurements"));
+    for (const QPointer<KxGsObject>& obj : doomed) {
+        if (obj && !obj->isDiscarded())
+            obj->getManipulator()->removeGsObject(obj.data());
+    }
+    if (macro)
+        stack->endMacro();
+}
+
+QList<KxGsObject*> KxGsEditor::pressCandidates() const
+{
+    QList<KxGsObject*> children = getAllChildGsObjects();
+    std::reverse(children.begin(), children.end());
+    std::stable_sort(children.begin(), children.end(),
+                     [](const KxGsObject* a, const KxGsObject* b) { return a->zValue() > b->zValue(); });
+    // The current object first: its handles are drawn on top of everything.
+    if (currentObject && children.removeOne(currentObject.data()))
+        children.prepend(currentObject.data());
+    QList<KxGsObject*> result;
+    for (KxGsObject* obj : children) {
+        KxGsManipulator* manipulator = obj->getManipulator();
+        if (obj->isVisible() && manipulator && manipulator->getObjectIdx(obj) >= 0)
+            result.append(obj);
+    }
+    return result;
+}
+
+QMouseEvent KxGsEditor::makeMouseEvent(QEvent::Type aType, const KxGsObject* anObj,
+                                       QGraphicsSceneMouseEvent* anEvent) const
+{
+    const QPointF local = anObj->mapFromScene(anEvent->scenePos());
+    const QPointF screen(anEvent->screenPos());
+    const QPointF window = anEvent->widget() ? QPointF(anEvent->widget()->mapFromGlobal(anEvent->screenPos())) : local;
+    const Qt::MouseButton button = aType == QEvent::MouseMove ? Qt::NoButton : anEvent->button();
+    QMouseEvent event(aType, local, window, screen, button, anEvent->buttons(), anEvent->modifiers());
+    event.setAccepted(false);
+    return event;
+}
+
+bool KxGsEditor::pressItem(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick)
+{
+    for (KxGsObject* candidate : pressCandidates()) {
+        QPointer<KxGsObject> obj(candidate);
+        QMouseEvent event = makeMouseEvent(aDoubleClick ? QEvent::MouseButtonDblClick : QEvent::MouseButtonPress,
+                                           candidate, anEvent);
+        if (aDoubleClick)
+            candidate->manipMouseDoubleClickEvent(&event);
+        else
+            candidate->manipMousePressEvent(&event);
+        if (!event.isAccepted())
+            continue;
+        itemOwnsMouse = true;
+        pressButton = anEvent->button();
+        // The press may have removed the item (its trash button): then the
+        // rest of the gesture goes nowhere.
+        if (obj && !obj->isDiscarded() && obj->parentItem() == this) {
+            grabbedObject = obj;
+            grabbedStartPos = obj->pos();
+            setCurrentObject(obj.data(), anEvent->modifiers() & Qt::ControlModifier);
+        } else {
+            grabbedObject = nullptr;
+        }
+        return true;
+    }
+    return false;
+}
+
+void KxGsEditor::mousePressEvent(QGraphicsSceneMouseEvent* anEvent)
+{
+    anEvent->accept();
+    if (itemOwnsMouse || manipulatorHasMouse) {
+        // A further button during a gesture belongs to whoever holds it.
+        if (manipulatorHasMouse && overrideManipulator)
+            overrideManipulator->mousePressEvent(anEvent);
+        anEvent->accept();
+        return;
+    }
+    setFocus(Qt::MouseFocusReason);
+    if (pressItem(anEvent, false))
+        return;
+    if (overrideManipulator) {
+        manipulatorHasMouse = true;
+        overrideManipulator->mousePressEvent(anEvent);
+        anEvent->accept();
+        return;
+    }
+    if (anEvent->button() == Qt::LeftButton)
+        setCurrentObject(nullptr, false);
+}
+
+void KxGsEditor::mouseDoubleClickEvent(QGraphicsSceneMouseEvent* anEvent)
+{
+    anEvent->accept();
+    if (itemOwnsMouse || manipulatorHasMouse)
+        return;
+    if (pressItem(anEvent, true))
+        return;
+    if (overrideManipulator) {
+        manipulatorHasMouse = true;
+        overrideManipulator->mouseDoubleClickEvent(anEvent);
+        anEvent->accept();
+        return;
+    }
+    if (anEvent->button() == Qt::LeftButton)
+        setCurrentObject(nullptr, false);
+}
+
+void KxGsEditor::mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent)
+{
+    anEvent->accept();
+    if (itemOwnsMouse) {
+        if (grabbedObject && !grabbedObject->isDiscarded()) {
+            QMouseEvent event = makeMouseEvent(QEvent::MouseMove, grabbedObject.data(), anEvent);
+            grabbedObject->manipMouseMoveEvent(&event);
+        }
+        return;
+    }
+    if (overrideManipulator)
+        overrideManipulator->mouseMoveEvent(anEvent);
+}
+
+void KxGsEditor::mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent)
+{
+    anEvent->accept();
+    if (itemOwnsMouse) {
+        if (anEvent->button() != pressButton)
+            return;
+        itemOwnsMouse = false;
+        QPointer<KxGsObject> obj = grabbedObject;
+        grabbedObject = nullptr;
+        if (!obj || obj->isDiscarded())
+            return;
+        const bool wasMoving = obj->isMoving() && !obj->isReshaping();
+        QMouseEvent event = makeMouseEvent(QEvent::MouseButtonRelease, obj.data(), anEvent);
+        obj->manipMouseReleaseEvent(&event);
+        if (obj && !obj->isDiscarded() && wasMoving && obj->pos() != grabbedStartPos)
+            writeBackMove(obj.data());
+        return;
+    }
+    if (anEvent->buttons() == Qt::NoButton)
+        manipulatorHasMouse = false;
+    if (overrideManipulator)
+        overrideManipulator->mouseReleaseEvent(anEvent);
+}
+
+void KxGsEditor::writeBackMove(KxGsObject* anObj)
+{
+    KxGsManipulator* manipulator = anObj->getManipulator();
+    if (!manipulator)
+        return;
+    const KxView* current = KxKernelData::getInstance()->getCurrentView();
+    const QPoint origin = current ? current->getOrigin() : view->getOrigin();
+    const QPoint pos(qRound(anObj->pos().x()), qRound(anObj->pos().y()));
+    manipulator->setGsObjectParamValue(anObj, 3u, QVariant(pos + origin));
+}
+
+void KxGsEditor::hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent)
+{
+    if (overrideManipulator)
+        overrideManipulator->hoverEnterEvent(anEvent);
+}
+
+void KxGsEditor::hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent)
+{
+    if (overrideManipulator)
+        overrideManipulator->hoverMoveEvent(anEvent);
+}
+
+void KxGsEditor::hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent)
+{
+    if (overrideManipulator)
+        overrideManipulator->hoverLeaveEvent(anEvent);
+}
+
+void KxGsEditor::wheelEvent(QGraphicsSceneWheelEvent* anEvent)
+{
+    anEvent->ignore();
+    if (overrideManipulator)
+        overrideManipulator->wheelEvent(anEvent);
+}
+
+void KxGsEditor::contextMenuEvent(QGraphicsSceneContextMenuEvent* anEvent)
+{
+    anEvent->ignore();
+    if (overrideManipulator)
+        overrideManipulator->contextMenuEvent(anEvent);
+}
+
+void KxGsEditor::keyPressEvent(QKeyEvent* anEvent)
+{
+    if (overrideManipulator) {
+        anEvent->ignore();
+        overrideManipulator->keyPressEvent(anEvent);
+        if (anEvent->isAccepted())
+            return;
+    }
+    if (anEvent->key() == Qt::Key_Delete || anEvent->key() == Qt::Key_Backspace) {
+        anEvent->accept();
+        deleteSelected();
+        return;
+    }
+    anEvent->ignore();
+}
+
+void KxGsEditor::keyReleaseEvent(QKeyEvent* anEvent)
+{
+    anEvent->ignore();
+    if (overrideManipulator)
+        overrideManipulator->keyReleaseEvent(anEvent);
+}
+
+void KxGsEditor::dragEnterEvent(QGraphicsSceneDragDropEvent* anEvent)
+{
+    anEvent->ignore();
+    if (overrideManipulator)
+        overrideManipulator->dragEnterEvent(anEvent);
+}
+
+void KxGsEditor::dragMoveEvent(QGraphicsSceneDragDropEvent* anEvent)
+{
+    anEvent->ignore();
+    if (overrideManipulator)
+        overrideManipulator->dragMoveEvent(anEvent);
+}
+
+void KxGsEditor::dragLeaveEvent(QGraphicsSceneDragDropEvent* anEvent)
+{
+    anEvent->ignore();
+    if (overrideManipulator)
+        overrideManipulator->dragLeaveEvent(anEvent);
+}
+
+void KxGsEditor::dropEvent(QGraphicsSceneDragDropEvent* anEvent)
+{
+    anEvent->ignore();
+    if (overrideManipulator)
+        overrideManipulator->dropEvent(anEvent);
+}

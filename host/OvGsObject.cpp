@@ -1,0 +1,470 @@
+#include "OvGsObject.h"
+
+#include "KxGsEditor.h"
+#include "KxGsManipulator.h"
+
+#include <QGraphicsLineItem>
+#include <QGraphicsPixmapItem>
+#include <QGraphicsRectItem>
+#include <QGraphicsScene>
+#include <QGraphicsSimpleTextItem>
+#include <QGraphicsView>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QSet>
+#include <QStyleOptionGraphicsItem>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+const double kLabelPadding = 3.0;
+// Beyond this many screen pixels between anchor and label a leader is drawn.
+const double kLeaderDistance = 24.0;
+
+QSet<OvGsObject*>& allObjects()
+{
+    static QSet<OvGsObject*> theObjects;
+    return theObjects;
+}
+
+QPointF nearestPointOnRect(const QRectF& aRect, const QPointF& aPoint)
+{
+    return QPointF(std::clamp(aPoint.x(), aRect.left(), aRect.right()),
+                   std::clamp(aPoint.y(), aRect.top(), aRect.bottom()));
+}
+
+void paintTree(QPainter* aPainter, QGraphicsItem* anItem, double anUnitsPerPixel)
+{
+    QStyleOptionGraphicsItem option;
+    option.rect = anItem->boundingRect().toRect();
+    option.exposedRect = anItem->boundingRect();
+    anItem->paint(aPainter, &option, nullptr);
+    for (QGraphicsItem* child : anItem->childItems()) {
+        if (!child->isVisibleTo(anItem))
+            continue;
+        aPainter->save();
+        aPainter->translate(child->pos());
+        aPainter->setTransform(child->transform(), true);
+        if (child->flags() & QGraphicsItem::ItemIgnoresTransformations)
+            aPainter->scale(anUnitsPerPixel, anUnitsPerPixel);
+        paintTree(aPainter, child, 1.0);
+        aPainter->restore();
+    }
+}
+
+QPixmap resourcePixmap(const QString& aName)
+{
+    QPixmap pixmap(QStringLiteral(":/tessilarresources/") + aName);
+    return pixmap;
+}
+
+} // namespace
+
+OvGsObject::OvGsObject(KxGsManipulator* aManipulator, QGraphicsItem* aParent, const QString& aName)
+    : KxGsObject(aManipulator, aParent)
+{
+    allObjects().insert(this);
+
+    leaderLine = new QGraphicsLineItem(this);
+    leaderLine->setAcceptedMouseButtons(Qt::NoButton);
+    leaderLine->setZValue(1.0);
+    leaderLine->hide();
+
+    labelItem = new QGraphicsRectItem(this);
+    labelItem->setFlag(QGraphicsItem::ItemIgnoresTransformations);
+    labelItem->setAcceptedMouseButtons(Qt::NoButton);
+    labelItem->setPen(Qt::NoPen);
+    labelItem->setBrush(QColor(20, 20, 20, 175));
+    labelItem->setZValue(2.0);
+    labelItem->hide();
+    labelText = new QGraphicsSimpleTextItem(labelItem);
+    labelText->setAcceptedMouseButtons(Qt::NoButton);
+    labelText->setPos(kLabelPadding, kLabelPadding);
+
+    trashButton = new QGraphicsPixmapItem(resourcePixmap(QStringLiteral("trash.png")), this);
+    trashButton->setFlag(QGraphicsItem::ItemIgnoresTransformations);
+    trashButton->setAcceptedMouseButtons(Qt::NoButton);
+    trashButton->setZValue(3.0);
+    trashButton->hide();
+
+    activeOffPixmap = resourcePixmap(QStringLiteral("active-off.png"));
+    activeOnPixmap = resourcePixmap(QStringLiteral("active-on.png"));
+    activeButton = new QGraphicsPixmapItem(activeOffPixmap, this);
+    activeButton->setFlag(QGraphicsItem::ItemIgnoresTransformations);
+    activeButton->setAcceptedMouseButtons(Qt::NoButton);
+    activeButton->setZValue(3.0);
+    activeButton->hide();
+
+    connect(this, &KxGsObject::signalColorChanged, this, [this]() { updateLabel(); });
+    setName(aName);
+}
+
+OvGsObject::~OvGsObject()
+{
+    allObjects().remove(this);
+}
+
+void OvGsObject::setLabelVisible(bool aVisible)
+{
+    labelVisible = aVisible;
+    updateLabel();
+}
+
+bool OvGsObject::isLabelVisible() const
+{
+    return labelVisible;
+}
+
+void OvGsObject::setLabelPos(const QPointF& aPos)
+{
+    labelItem->setPos(aPos);
+    updateLeader();
+}
+
+QPointF OvGsObject::getLabelPos() const
+{
+    return labelItem->pos();
+}
+
+void OvGsObject::setLabelAnchor(const QPointF& anAnchor)
+{
+    labelAnchor = anAnchor;
+    updateLeader();
+}
+
+QPointF OvGsObject::getLabelAnchor() const
+{
+    return labelAnchor;
+}
+
+void OvGsObject::setLabelFontPixSize(int aPixelSize)
+{
+    if (aPixelSize < 1)
+        return;
+    labelFontPixSize = aPixelSize;
+    updateLabel();
+}
+
+int OvGsObject::getLabelFontPixSize() const
+{
+    return labelFontPixSize;
+}
+
+QString OvGsObject::getLabelText() const
+{
+    const QString name = getName();
+    const QString value = getDisplayValue();
+    if (value.isEmpty())
+        return name;
+    if (name.isEmpty())
+        return value;
+    return name + QStringLiteral(": ") + value;
+}
+
+void OvGsObject::updateLabel()
+{
+    QFont font = labelText->font();
+    font.setPixelSize(labelFontPixSize);
+    labelText->setFont(font);
+    labelText->setText(getLabelText());
+    QColor color = getColor();
+    if (!color.isValid())
+        color = Qt::white;
+    color.setAlpha(255);
+    labelText->setBrush(color);
+    const QRectF textRect = labelText->boundingRect();
+    labelItem->setRect(0.0, 0.0, textRect.width() + 2 * kLabelPadding, textRect.height() + 2 * kLabelPadding);
+    labelItem->setVisible(labelVisible && !hidden && !labelText->text().isEmpty());
+    updateLeader();
+}
+
+QRectF OvGsObject::childRect(const QGraphicsItem* aChild) const
+{
+    const QRectF local = aChild->boundingRect();
+    const double units = (aChild->flags() & QGraphicsItem::ItemIgnoresTransformations) ? unitsPerPixel() : 1.0;
+    return QRectF(aChild->pos() + local.topLeft() * units, local.size() * units);
+}
+
+QRectF OvGsObject::getLabelRect() const
+{
+    return childRect(labelItem);
+}
+
+void OvGsObject::ensureLabelVisible()
+{
+    const KxGsEditor* editor = qobject_cast<const KxGsEditor*>(parentObject());
+    if (!editor)
+        return;
+    const QRectF area = editor->getEditorArea();
+    const QRectF label = mapRectToParent(getLabelRect());
+    if (area.contains(label))
+        return;
+    double left = label.left();
+    double top = label.top();
+    if (label.left() < area.left())
+        left = area.left();
+    if (label.right() > area.right())
+        left = area.right() - label.width();
+    if (label.top() < area.top())
+        top = area.top();
+    if (label.bottom() > area.bottom())
+        top = area.bottom() - label.height();
+    setLabelPos(mapFromParent(QPointF(left, top)));
+}
+
+bool OvGsObject::isPointOnLabel(const QPointF& aPoint) const
+{
+    return labelItem->isVisibleTo(this) && getLabelRect().contains(aPoint);
+}
+
+void OvGsObject::setTrashPos(const QPointF& aPos)
+{
+    trashButton->setPos(aPos);
+}
+
+QPointF OvGsObject::getTrashPos() const
+{
+    return trashButton->pos();
+}
+
+void OvGsObject::allowTrashVisible(bool anAllow)
+{
+    trashAllowed = anAllow;
+    updateButtons();
+}
+
+bool OvGsObject::isTrashAllowed() const
+{
+    return trashAllowed;
+}
+
+QGraphicsPixmapItem* OvGsObject::getTrashButton() const
+{
+    return trashButton;
+}
+
+bool OvGsObject::isPointOnTrash(const QPointF& aPoint) const
+{
+    return trashButton->isVisibleTo(this) && childRect(trashButton).contains(aPoint);
+}
+
+void OvGsObject::setActivePos(const QPointF& aPos)
+{
+    activeButton->setPos(aPos);
+}
+
+QPointF OvGsObject::getActivePos() const
+{
+    return activeButton->pos();
+}
+
+QGraphicsPixmapItem* OvGsObject::getActiveButton() const
+{
+    return activeButton;
+}
+
+void OvGsObject::allowActiveVisible(bool anAllow)
+{
+    activeAllowed = anAllow;
+    updateButtons();
+}
+
+void OvGsObject::allowActiveVisible(bool anAllow, QPixmap& anOffPixmap, QPixmap& anOnPixmap)
+{
+    if (!anOffPixmap.isNull())
+        activeOffPixmap = anOffPixmap;
+    if (!anOnPixmap.isNull())
+        activeOnPixmap = anOnPixmap;
+    allowActiveVisible(anAllow);
+}
+
+void OvGsObject::setUseActiveButton(bool aUse)
+{
+    useActiveButton = aUse;
+}
+
+bool OvGsObject::getUseActiveButton() const
+{
+    return useActiveButton;
+}
+
+void OvGsObject::setActivePressed(bool aPressed)
+{
+    activePressed = aPressed;
+    updateButtons();
+}
+
+bool OvGsObject::getActivePressed() const
+{
+    return activePressed;
+}
+
+void OvGsObject::makeAllActiveGray()
+{
+    for (OvGsObject* obj : allObjects())
+        obj->setActivePressed(false);
+}
+
+bool OvGsObject::isPointOnActiveButton(const QPointF& aPoint) const
+{
+    return activeButton->isVisibleTo(this) && childRect(activeButton).contains(aPoint);
+}
+
+void OvGsObject::updateButtons()
+{
+    trashButton->setVisible(trashAllowed && isCurrent() && !hidden);
+    activeButton->setPixmap(activePressed ? activeOnPixmap : activeOffPixmap);
+    activeButton->setVisible(activeAllowed && !hidden);
+}
+
+void OvGsObject::updateLeader()
+{
+    const QRectF label = getLabelRect();
+    const QPointF near = nearestPointOnRect(label, labelAnchor);
+    const double distance = QLineF(labelAnchor, near).length() / unitsPerPixel();
+    const bool show = labelItem->isVisibleTo(this) && distance > kLeaderDistance;
+    if (show) {
+        QColor color = getColor().isValid() ? getColor() : QColor(Qt::white);
+        color.setAlpha(170);
+        QPen pen(color, 1.0, Qt::DotLine);
+        pen.setCosmetic(true);
+        leaderLine->setPen(pen);
+        leaderLine->setLine(QLineF(labelAnchor, near));
+    }
+    leaderLine->setVisible(show);
+}
+
+void OvGsObject::setCurrent(bool aCurrent)
+{
+    KxGsObject::setCurrent(aCurrent);
+    updateButtons();
+}
+
+void OvGsObject::setName(const QString& aName)
+{
+    KxGsObject::setName(aName);
+    updateLabel();
+}
+
+void OvGsObject::setDisplayValue(const QString& aValue)
+{
+    KxGsObject::setDisplayValue(aValue);
+    updateLabel();
+}
+
+void OvGsObject::setAlwaysHidden(bool aHidden)
+{
+    hidden = aHidden;
+    updateButtons();
+    updateLabel();
+    update();
+}
+
+void OvGsObject::adjustScale(double)
+{
+    updateLeader();
+}
+
+void OvGsObject::moveObjectBy(const QPointF&)
+{
+    updateLeader();
+}
+
+bool OvGsObject::isPointOnObject(const QPointF& aPoint, int& aPart, int) const
+{
+    if (isPointOnLabel(aPoint)) {
+        aPart = PartLabel;
+        return true;
+    }
+    if (isPointOnTrash(aPoint)) {
+        aPart = PartTrash;
+        return true;
+    }
+    if (isPointOnActiveButton(aPoint)) {
+        aPart = PartActive;
+        return true;
+    }
+    return false;
+}
+
+void OvGsObject::manipMousePressEvent(QMouseEvent* anEvent)
+{
+    anEvent->ignore();
+    labelDragging = false;
+    if (hidden || !isVisible())
+        return;
+    const QPointF local = anEvent->localPos();
+    if (isPointOnTrash(local)) {
+        anEvent->accept();
+        if (KxGsManipulator* manipulator = getManipulator())
+            manipulator->removeGsObject(this);
+        return;
+    }
+    if (isPointOnActiveButton(local)) {
+        anEvent->accept();
+        const bool pressed = !activePressed;
+        makeAllActiveGray();
+        setActivePressed(pressed);
+        emit signalActiveButtonClicked(this);
+        return;
+    }
+    if (isPointOnLabel(local)) {
+        anEvent->accept();
+        labelDragging = true;
+        labelDragStart = local;
+        labelPosAtDragStart = getLabelPos();
+    }
+}
+
+void OvGsObject::manipMouseMoveEvent(QMouseEvent* anEvent)
+{
+    anEvent->ignore();
+    if (!labelDragging)
+        return;
+    setLabelPos(labelPosAtDragStart + (anEvent->localPos() - labelDragStart));
+    ensureLabelVisible();
+    anEvent->accept();
+}
+
+void OvGsObject::manipMouseReleaseEvent(QMouseEvent* anEvent)
+{
+    anEvent->ignore();
+    if (!labelDragging)
+        return;
+    labelDragging = false;
+    anEvent->accept();
+}
+
+bool OvGsObject::isLabelDragging() const
+{
+    return labelDragging;
+}
+
+void OvGsObject::paintWithChildren(QPainter* aPainter)
+{
+    if (!aPainter)
+        return;
+    aPainter->save();
+    paintTree(aPainter, this, unitsPerPixel());
+    aPainter->restore();
+}
+
+double OvGsObject::unitsPerPixel() const
+{
+    QTransform transform = sceneTransform();
+    if (scene() && !scene()->views().isEmpty())
+        transform *= scene()->views().first()->viewportTransform();
+    const double scale = std::sqrt(std::abs(transform.determinant()));
+    if (!(scale > 1e-12) || !std::isfinite(scale))
+        return 1.0;
+    return 1.0 / scale;
+}
+
+QVariant OvGsObject::itemChange(GraphicsItemChange aChange, const QVariant& aValue)
+{
+    if (aChange == ItemSceneHasChanged || aChange == ItemParentHasChanged)
+        updateLeader();
+    return KxGsObject::itemChange(aChange, aValue);
+}

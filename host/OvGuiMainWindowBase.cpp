@@ -1,0 +1,288 @@
+#include "OvGuiMainWindowBase.h"
+
+#include "KxGsEditor.h"
+#include "OvToolBase.h"
+
+#include <QDockWidget>
+#include <QGraphicsScene>
+#include <QGraphicsView>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QListWidget>
+#include <QMouseEvent>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStackedWidget>
+#include <QUndoStack>
+#include <QVBoxLayout>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <cmath>
+
+OvGuiMainWindowBase::OvGuiMainWindowBase(QWidget* aParent)
+    : QMainWindow(aParent)
+    , scene(new QGraphicsScene(this))
+    , view(new QGraphicsView(scene, this))
+    , editor(KxGsEditor::getInstance())
+    , undoStack(new QUndoStack(this))
+{
+    setObjectName(QStringLiteral("OvGuiMainWindowBase"));
+    // The editor may exist already (created on first use); it joins this
+    // window's scene.
+    if (editor->scene() && editor->scene() != scene)
+        editor->scene()->removeItem(editor);
+    if (!editor->scene())
+        scene->addItem(editor);
+    scene->setBackgroundBrush(QColor(64, 64, 64));
+
+    view->setObjectName(QStringLiteral("editorView"));
+    view->setMouseTracking(true);
+    view->setTransformationAnchor(QGraphicsView::NoAnchor);
+    view->setResizeAnchor(QGraphicsView::AnchorViewCenter);
+    view->setAlignment(Qt::AlignCenter);
+    view->viewport()->installEventFilter(this);
+    view->installEventFilter(this);
+    setCentralWidget(view);
+
+    toolDock = new QDockWidget(tr("Tools"), this);
+    toolDock->setObjectName(QStringLiteral("toolDock"));
+    toolDock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
+    auto* scroll = new QScrollArea(toolDock);
+    scroll->setWidgetResizable(true);
+    auto* toolHolder = new QWidget(scroll);
+    toolLayout = new QVBoxLayout(toolHolder);
+    toolLayout->setContentsMargins(2, 2, 2, 2);
+    toolLayout->setSpacing(2);
+    toolLayout->addStretch(1);
+    scroll->setWidget(toolHolder);
+    toolDock->setWidget(scroll);
+    addDockWidget(Qt::RightDockWidgetArea, toolDock);
+
+    configurationPanel = new QWidget(this, Qt::Window);
+    configurationPanel->setObjectName(QStringLiteral("configurationPanel"));
+    configurationPanel->setWindowTitle(tr("Configuration"));
+    auto* panelLayout = new QHBoxLayout(configurationPanel);
+    configurationList = new QListWidget(configurationPanel);
+    configurationList->setObjectName(QStringLiteral("configurationList"));
+    configurationList->setMaximumWidth(200);
+    configurationPages = new QStackedWidget(configurationPanel);
+    panelLayout->addWidget(configurationList);
+    panelLayout->addWidget(configurationPages, 1);
+    connect(configurationList, &QListWidget::currentRowChanged, configurationPages, &QStackedWidget::setCurrentIndex);
+    configurationPanel->hide();
+
+    connect(editor, &KxGsEditor::scaleChanged, this, &OvGuiMainWindowBase::slotEditorScaleChanged);
+    updateSceneRect();
+}
+
+OvGuiMainWindowBase::~OvGuiMainWindowBase()
+{
+    view->viewport()->removeEventFilter(this);
+    view->removeEventFilter(this);
+}
+
+QWidget* OvGuiMainWindowBase::getConfigurationPanel()
+{
+    return configurationPanel;
+}
+
+QListWidget* OvGuiMainWindowBase::getConfigurationList()
+{
+    return configurationList;
+}
+
+int OvGuiMainWindowBase::addConfigurationPage(const QString& aPageName, QWidget* aPage, const QString& aTitle)
+{
+    if (!aPage)
+        return -1;
+    auto* item = new QListWidgetItem(aTitle.isEmpty() ? aPageName : aTitle);
+    item->setWhatsThis(aPageName);
+    configurationPages->addWidget(aPage);
+    configurationList->addItem(item);
+    if (configurationList->currentRow() < 0)
+        configurationList->setCurrentRow(0);
+    return configurationList->count() - 1;
+}
+
+QWidget* OvGuiMainWindowBase::getConfigurationPage(const QString& aPageName) const
+{
+    for (int row = 0; row < configurationList->count(); ++row) {
+        if (configurationList->item(row)->whatsThis() == aPageName)
+            return configurationPages->widget(row);
+    }
+    return nullptr;
+}
+
+void OvGuiMainWindowBase::addToolEntry(OvToolBase* aTool)
+{
+    if (!aTool || tools.contains(aTool))
+        return;
+    tools.append(aTool);
+    // Entries stack in order above the closing stretch.
+    toolLayout->insertWidget(toolLayout->count() - 1, aTool);
+    connect(aTool, &QObject::destroyed, this, [this, aTool]() { tools.removeAll(aTool); });
+}
+
+QList<OvToolBase*> OvGuiMainWindowBase::getToolEntries() const
+{
+    return tools;
+}
+
+QDockWidget* OvGuiMainWindowBase::getToolDock() const
+{
+    return toolDock;
+}
+
+KxGsEditor* OvGuiMainWindowBase::getEditor() const
+{
+    return editor;
+}
+
+QGraphicsView* OvGuiMainWindowBase::getView() const
+{
+    return view;
+}
+
+QGraphicsScene* OvGuiMainWindowBase::getScene() const
+{
+    return scene;
+}
+
+QUndoStack* OvGuiMainWindowBase::getUndoStack() const
+{
+    return undoStack;
+}
+
+void OvGuiMainWindowBase::setImage(const QImage& anImage)
+{
+    editor->setImage(anImage);
+    slotZoomFit();
+}
+
+void OvGuiMainWindowBase::zoomAt(double aFactor, const QPoint& aViewportPos)
+{
+    if (!(aFactor > 0.0) || !std::isfinite(aFactor))
+        return;
+    const double zoom = std::clamp(editor->getZoom() * aFactor, kMinZoom, kMaxZoom);
+    const QPointF picturePoint = editor->mapFromScene(view->mapToScene(aViewportPos));
+    editor->setZoom(zoom);
+    // Keep the picture point under the cursor where it was.
+    const QPoint moved = view->mapFromScene(editor->mapToScene(picturePoint));
+    const QPoint shift = moved - aViewportPos;
+    view->horizontalScrollBar()->setValue(view->horizontalScrollBar()->value() + shift.x());
+    view->verticalScrollBar()->setValue(view->verticalScrollBar()->value() + shift.y());
+}
+
+bool OvGuiMainWindowBase::isPanning() const
+{
+    return panning;
+}
+
+void OvGuiMainWindowBase::slotZoomIn()
+{
+    zoomAt(kZoomStep, view->viewport()->rect().center());
+}
+
+void OvGuiMainWindowBase::slotZoomOut()
+{
+    zoomAt(1.0 / kZoomStep, view->viewport()->rect().center());
+}
+
+void OvGuiMainWindowBase::slotZoomFit()
+{
+    const QSize picture = editor->getImage().size();
+    const QSize port = view->viewport()->size();
+    if (picture.isEmpty() || port.isEmpty())
+        return;
+    const double zoom = std::min(double(port.width()) / picture.width(), double(port.height()) / picture.height());
+    editor->setZoom(std::clamp(zoom, kMinZoom, kMaxZoom));
+    view->centerOn(editor);
+}
+
+void OvGuiMainWindowBase::slotZoomActual()
+{
+    zoomAt(1.0 / editor->getZoom(), view->viewport()->rect().center());
+}
+
+void OvGuiMainWindowBase::slotEditorScaleChanged()
+{
+    updateSceneRect();
+}
+
+void OvGuiMainWindowBase::updateSceneRect()
+{
+    // A fixed scene rectangle: items that ignore transformations (labels,
+    // the magnifier) must not grow the scrollable area.
+    scene->setSceneRect(editor->sceneBoundingRect());
+}
+
+bool OvGuiMainWindowBase::eventFilter(QObject* anObj, QEvent* anEvent)
+{
+    if (anObj == view) {
+        if (anEvent->type() == QEvent::KeyPress || anEvent->type() == QEvent::KeyRelease) {
+            auto* key = static_cast<QKeyEvent*>(anEvent);
+            if (key->key() == Qt::Key_Space && !key->isAutoRepeat()) {
+                spaceHeld = anEvent->type() == QEvent::KeyPress;
+                view->viewport()->setCursor(spaceHeld ? Qt::OpenHandCursor : Qt::ArrowCursor);
+                if (!spaceHeld)
+                    view->viewport()->unsetCursor();
+                return true;
+            }
+            if (key->key() == Qt::Key_Space)
+                return true;
+        }
+        return QMainWindow::eventFilter(anObj, anEvent);
+    }
+    if (anObj != view->viewport())
+        return QMainWindow::eventFilter(anObj, anEvent);
+
+    switch (anEvent->type()) {
+    case QEvent::Wheel: {
+        auto* wheel = static_cast<QWheelEvent*>(anEvent);
+        if (!(wheel->modifiers() & Qt::ControlModifier))
+            break;
+        const int delta = wheel->angleDelta().y();
+        if (delta != 0)
+            zoomAt(std::pow(kZoomStep, delta / 120.0), wheel->position().toPoint());
+        return true;
+    }
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick: {
+        auto* mouse = static_cast<QMouseEvent*>(anEvent);
+        if (mouse->button() == Qt::MiddleButton || (mouse->button() == Qt::LeftButton && spaceHeld)) {
+            panning = true;
+            panLastPos = mouse->pos();
+            view->viewport()->setCursor(Qt::ClosedHandCursor);
+            return true;
+        }
+        break;
+    }
+    case QEvent::MouseMove: {
+        if (!panning)
+            break;
+        auto* mouse = static_cast<QMouseEvent*>(anEvent);
+        const QPoint delta = mouse->pos() - panLastPos;
+        panLastPos = mouse->pos();
+        view->horizontalScrollBar()->setValue(view->horizontalScrollBar()->value() - delta.x());
+        view->verticalScrollBar()->setValue(view->verticalScrollBar()->value() - delta.y());
+        return true;
+    }
+    case QEvent::MouseButtonRelease: {
+        if (!panning)
+            break;
+        auto* mouse = static_cast<QMouseEvent*>(anEvent);
+        if (mouse->buttons() & (Qt::MiddleButton | Qt::LeftButton))
+            return true;
+        panning = false;
+        if (spaceHeld)
+            view->viewport()->setCursor(Qt::OpenHandCursor);
+        else
+            view->viewport()->unsetCursor();
+        return true;
+    }
+    default:
+        break;
+    }
+    return QMainWindow::eventFilter(anObj, anEvent);
+}
