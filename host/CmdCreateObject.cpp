@@ -8,6 +8,7 @@ CmdCreateObject::CmdCreateObject(int aType, int anIdx, KxKernelObjectData* aData
     , type(aType)
     , idx(anIdx)
     , data(aData)
+    , serial(aData ? aData->getSerial() : 0)
 {
     setText(QObject::tr("Add %1").arg(KxKernelData::getInstance()->getObjectDescription(aType, anIdx)));
 }
@@ -32,7 +33,8 @@ void CmdCreateObject::undo()
 {
     KxKernelData* store = KxKernelData::getInstance();
     // Only our own object: the place may hold another one by now.
-    if (owned || store->getObject(type, idx) != data)
+    const KxKernelObjectData* stored = store->getObject(type, idx);
+    if (owned || !stored || stored != data || stored->getSerial() != serial)
         return;
     if (store->takeObject(type, idx) == data)
         owned = true;

@@ -27,5 +27,7 @@ private:
     int type;
     int idx;
     KxKernelObjectData* data;
+    // Tells our object from a later one at the same address.
+    quint64 serial = 0;
     bool owned = true;
 };

@@ -22,13 +22,15 @@ void CmdRemoveObject::redo()
     KxKernelData* store = KxKernelData::getInstance();
     KxKernelObjectData* stored = store->getObject(type, idx);
     // The first redo takes whatever is stored; later ones only the same object.
-    if (owned || !stored || (data && stored != data)) {
+    if (owned || !stored || (data && (stored != data || stored->getSerial() != serial))) {
         if (!data)
             setObsolete(true);
         return;
     }
     data = store->takeObject(type, idx);
     owned = data != nullptr;
+    if (data)
+        serial = data->getSerial();
 }
 
 void CmdRemoveObject::undo()

@@ -26,5 +26,7 @@ private:
     int type;
     int idx;
     KxKernelObjectData* data = nullptr;
+    // Tells our object from a later one at the same address.
+    quint64 serial = 0;
     bool owned = false;
 };
