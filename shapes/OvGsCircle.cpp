@@ -1,0 +1,355 @@
+#include "OvGsCircle.h"
+
+#include "KxGsManipulator.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPen>
+#include <QtMath>
+
+namespace {
+
+const double kNodeSize = 11.0;
+const double kTrashOffset = 10.0;
+const QColor kNodeColor(49, 49, 49, 255);
+// Centres further out than this come from nonsense nodes and would overflow qRound.
+const double kMaxCentreOffset = 1.0e9;
+
+QPointF roundedPoint(const QPointF& aPoint)
+{
+    return QPointF(qRound(aPoint.x()), qRound(aPoint.y()));
+}
+
+bool isUsableOffset(double aValue)
+{
+    return qIsFinite(aValue) && qAbs(aValue) < kMaxCentreOffset;
+}
+
+} // namespace
+
+OvGsCircle::OvGsCircle(KxGsManipulator* aManipulator, QGraphicsItem* aParent, const QString& aName, bool aRadiusMode)
+    : OvGsObject(aManipulator, aParent, aName)
+    , radius(0.0)
+    , lastMousePos(0.0, 0.0)
+    , moving(false)
+    , reshaping(false)
+    , selSize(KxGsObject::kDefaultSelSize)
+    , nodeSize(kNodeSize)
+    , trashOffset(kTrashOffset, kTrashOffset)
+    , penScale(1.0)
+    , activeNode(-1)
+    , radiusMode(aRadiusMode)
+{
+}
+
+void OvGsCircle::setDisplayValue(const QString& aValue)
+{
+    // No value (uncalibrated picture) leaves the label without a bare prefix.
+    if (aValue.isEmpty()) {
+        OvGsObject::setDisplayValue(aValue);
+        return;
+    }
+    OvGsObject::setDisplayValue((radiusMode ? tr("R") : tr("D")) + aValue);
+}
+
+void OvGsCircle::adjustScale(double aZoom)
+{
+    if (!(aZoom > 0.0) || !qIsFinite(aZoom))
+        return;
+    prepareGeometryChange();
+    OvGsObject::adjustScale(aZoom);
+    selSize = KxGsObject::kDefaultSelSize / aZoom;
+    penScale = 1.0 / aZoom;
+    nodeSize = kNodeSize / aZoom;
+    if (isScaleAdjustAllowed())
+        trashOffset = QPointF(kTrashOffset / aZoom, kTrashOffset / aZoom);
+    update();
+}
+
+int OvGsCircle::type() const
+{
+    return Type;
+}
+
+bool OvGsCircle::isPointOnObject(const QPointF& aPoint, int& aPart, int aTol) const
+{
+    if (OvGsObject::isPointOnObject(aPoint, aPart, aTol))
+        return true;
+    aPart = 0;
+    if (nodes.size() == 3 && radius > 0.0) {
+        // The disc itself, grown by half the tolerance so the rim is easy to catch.
+        const QPointF point = roundedPoint(aPoint);
+        const double margin = qMax(selSize, double(aTol)) / 2.0;
+        if (qSqrt(QPointF::dotProduct(point, point)) <= radius + margin)
+            return true;
+    }
+    int scratch = -1;
+    return isPointOnNode(aPoint, scratch, aTol);
+}
+
+bool OvGsCircle::isRectContainsObject(const QRectF& aRect) const
+{
+    return aRect.contains(QRectF(-radius, -radius, 2.0 * radius, 2.0 * radius));
+}
+
+void OvGsCircle::moveObjectBy(const QPointF& aDelta)
+{
+    OvGsObject::moveObjectBy(aDelta);
+    setPos(pos() + aDelta);
+    ensureLabelVisible();
+}
+
+bool OvGsCircle::isMoving() const
+{
+    return moving;
+}
+
+bool OvGsCircle::isReshaping() const
+{
+    return reshaping;
+}
+
+void OvGsCircle::manipMousePressEvent(QMouseEvent* anEvent)
+{
+    moving = false;
+    reshaping = false;
+    setPenStyle(penStyle, penWidth);
+    anEvent->ignore();
+    if (hidden || isLocked() || !isVisible())
+        return;
+
+    OvGsObject::manipMousePressEvent(anEvent);
+    if (anEvent->isAccepted()) {
+        reshaping = isPointOnLabel(QPointF(anEvent->pos()));
+        return;
+    }
+
+    const int tol = int(selSize);
+    if (isPointOnNode(QPointF(anEvent->pos()), activeNode, tol)) {
+        reshaping = true;
+        lastMousePos = pointerInParent(anEvent);
+        anEvent->accept();
+        return;
+    }
+    int scratch = 0;
+    if (isPointOnObject(anEvent->localPos(), scratch, tol)) {
+        moving = true;
+        lastMousePos = pointerInParent(anEvent);
+        anEvent->accept();
+        return;
+    }
+    anEvent->ignore();
+}
+
+void OvGsCircle::manipMouseMoveEvent(QMouseEvent* anEvent)
+{
+    anEvent->ignore();
+    OvGsObject::manipMouseMoveEvent(anEvent);
+    if (anEvent->isAccepted())
+        return;
+
+    const QPointF pointer = pointerInParent(anEvent);
+    if (moving) {
+        setPos(pos() + (pointer - lastMousePos));
+        ensureLabelVisible();
+    } else if (reshaping && activeNode >= 0 && activeNode < nodes.size()) {
+        const QPointF labelOffset = getLabelPos() - nodes.at(0);
+        prepareGeometryChange();
+        nodes[activeNode] = QPointF(anEvent->pos());
+        recalcGeometry();
+        if (activeNode == 0)
+            setLabelPos(nodes.at(0) + labelOffset);
+        update();
+    }
+    lastMousePos = pointer;
+    anEvent->accept();
+}
+
+void OvGsCircle::manipMouseReleaseEvent(QMouseEvent* anEvent)
+{
+    anEvent->ignore();
+    OvGsObject::manipMouseReleaseEvent(anEvent);
+    if (anEvent->isAccepted()) {
+        moving = false;
+        reshaping = false;
+        return;
+    }
+    if (reshaping) {
+        if (KxGsManipulator* owner = getManipulator())
+            owner->gsObjectChangedShape(this);
+        moving = false;
+        reshaping = false;
+        anEvent->accept();
+    } else if (moving) {
+        moving = false;
+        anEvent->accept();
+    }
+}
+
+void OvGsCircle::paint(QPainter* aPainter, const QStyleOptionGraphicsItem*, QWidget*)
+{
+    if (hidden)
+        return;
+    aPainter->save();
+    QPen pen = (isSelected() || isCurrent()) ? currentPen : normalPen;
+    if (reshaping && !solidEdit)
+        pen.setStyle(Qt::DashLine);
+    // Hairline-thin lines look washed out when antialiased.
+    aPainter->setRenderHint(QPainter::Antialiasing, pen.widthF() * aPainter->transform().m11() >= 1.0);
+    aPainter->setBrush(Qt::NoBrush);
+    aPainter->setPen(pen);
+
+    if (nodes.size() == 2) {
+        aPainter->drawLine(QPointF(0.0, 0.0), nodes.at(1));
+    } else if (nodes.size() == 3) {
+        aPainter->drawEllipse(QRectF(-radius, -radius, 2.0 * radius, 2.0 * radius));
+        pen.setStyle(Qt::SolidLine);
+        pen.setWidth(int(penScale));
+        aPainter->setPen(pen);
+        aPainter->drawLine(QPointF(-nodeSize, 0.0), QPointF(nodeSize, 0.0));
+        aPainter->drawLine(QPointF(0.0, -nodeSize), QPointF(0.0, nodeSize));
+    }
+
+    if (!nodes.isEmpty() && isCurrent() && !moving) {
+        aPainter->setPen(QPen(QBrush(kNodeColor, Qt::SolidPattern), penScale, Qt::SolidLine, Qt::SquareCap,
+                              Qt::BevelJoin));
+        for (const QPointF& node : nodes)
+            aPainter->drawRect(nodeRect(node));
+    }
+    aPainter->restore();
+}
+
+QRectF OvGsCircle::boundingRect() const
+{
+    switch (nodes.size()) {
+    case 1:
+        return nodeRect(QPointF(0.0, 0.0));
+    case 2: {
+        const QPointF& end = nodes.at(1);
+        return nodeRect(QPointF(0.0, 0.0)) | QRectF(QPointF(0.0, 0.0), QSizeF(end.x(), end.y())) | nodeRect(end);
+    }
+    case 3:
+        return QRectF(-radius, -radius, 2.0 * radius, 2.0 * radius) | nodeRect(nodes.at(0)) | nodeRect(nodes.at(1))
+            | nodeRect(nodes.at(2));
+    default:
+        return QRectF();
+    }
+}
+
+void OvGsCircle::setNode(int anIndex, const QPointF& aPoint)
+{
+    if (anIndex < 0 || anIndex > 2)
+        return;
+    switch (nodes.size()) {
+    case 0:
+        prepareGeometryChange();
+        nodes.append(QPointF(0.0, 0.0));
+        setPos(aPoint);
+        update();
+        break;
+    case 1:
+        prepareGeometryChange();
+        nodes.append(aPoint - pos());
+        update();
+        break;
+    case 2:
+        prepareGeometryChange();
+        if (anIndex == 2)
+            nodes.append(aPoint - pos());
+        else
+            nodes[anIndex] = aPoint - pos();
+        recalcGeometry();
+        update();
+        break;
+    case 3:
+        prepareGeometryChange();
+        nodes[anIndex] = aPoint - pos();
+        recalcGeometry();
+        update();
+        break;
+    default:
+        break;
+    }
+}
+
+void OvGsCircle::recalcGeometry()
+{
+    if (nodes.size() < 3)
+        return;
+    const double x0 = nodes.at(0).x();
+    const double y0 = nodes.at(0).y();
+    const double x1 = nodes.at(1).x();
+    const double y1 = nodes.at(1).y();
+    const double x2 = nodes.at(2).x();
+    const double y2 = nodes.at(2).y();
+
+    double cx = 0.0;
+    double cy = 0.0;
+    if (radius >= 0.1 || qAbs(x2 - x1) >= 1.0) {
+        // Crossing of the perpendicular bisectors of the chords 0-1 and 1-2.
+        if (qAbs(x1 - x0) < 1.0 || qAbs(x2 - x1) < 1.0 || qAbs(y1 - y0) < 1.0 || qAbs(y2 - y1) < 1.0)
+            return;
+        const double ma = (y1 - y0) / (x1 - x0);
+        const double mb = (y2 - y1) / (x2 - x1);
+        if (qAbs(ma - mb) < 0.1)
+            return;
+        const double rawX = (ma * mb * (y0 - y2) + mb * (x0 + x1) - ma * (x1 + x2)) / (2.0 * (mb - ma));
+        if (!isUsableOffset(rawX))
+            return;
+        cx = qRound(rawX);
+        const double rawY = -(1.0 / ma) * (cx - (x0 + x1) / 2.0) + (y0 + y1) / 2.0;
+        if (!isUsableOffset(rawY))
+            return;
+        cy = qRound(rawY);
+    } else {
+        // A new circle whose third node still sits on the second: nodes 0 and 1 span
+        // a diameter.
+        if (qAbs(y2 - y1) >= 1.0)
+            return;
+        const double rawX = (x1 - x0) * 0.5;
+        const double rawY = (y1 - y0) * 0.5;
+        if (!isUsableOffset(rawX) || !isUsableOffset(rawY))
+            return;
+        cx = qRound(rawX);
+        cy = qRound(rawY);
+    }
+
+    prepareGeometryChange();
+    const QPointF centre(cx, cy);
+    const QPointF labelOffset = getLabelPos() - nodes.at(0);
+    setPos(pos() + centre);
+    for (QPointF& node : nodes)
+        node -= centre;
+    const QPointF& first = nodes.at(0);
+    radius = qSqrt(QPointF::dotProduct(first, first));
+    setTrashPos(first + trashOffset);
+    setLabelAnchor(first);
+    setLabelPos(first + labelOffset);
+    ensureLabelVisible();
+    update();
+}
+
+bool OvGsCircle::isPointOnNode(const QPointF& aPoint, int& anIndex, int aTol) const
+{
+    anIndex = -1;
+    const int half = aTol / 2;
+    const QRectF probe(aPoint - QPointF(half, half), QSizeF(aTol, aTol));
+    const int count = qMin(3, nodes.size());
+    for (int i = 0; i < count; ++i) {
+        if (probe.intersects(nodeRect(nodes.at(i)))) {
+            anIndex = i;
+            return true;
+        }
+    }
+    return false;
+}
+
+QRectF OvGsCircle::nodeRect(const QPointF& aCentre) const
+{
+    return QRectF(aCentre - QPointF(nodeSize / 2.0, nodeSize / 2.0), QSizeF(nodeSize, nodeSize));
+}
+
+QPointF OvGsCircle::pointerInParent(const QMouseEvent* anEvent) const
+{
+    return roundedPoint(mapToParent(anEvent->localPos()));
+}
