@@ -2,6 +2,7 @@
 
 #include "KxGsEditor.h"
 #include "KxGsManipulator.h"
+#include "KxGsObject.h"
 #include "KxKernelData.h"
 #include "KxKernelObjectData.h"
 #include "KxMediaInfo.h"
