@@ -250,7 +250,8 @@ void OvGsDistance::updateTrashPos()
     if (!trash)
         return;
 
-    const QRectF size = mapFromScene(trash->boundingRect()).boundingRect();
+    // The button keeps its size on screen; measure it in item units.
+    const QSizeF size = trash->boundingRect().size() * unitsPerPixel();
     const qreal w = size.width();
     const qreal h = size.height();
     QPointF place = getTrashPos();
