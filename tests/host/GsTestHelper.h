@@ -1,0 +1,128 @@
+#pragma once
+
+#include "KxGsManipulator.h"
+#include "OvGsObject.h"
+
+#include <QGraphicsScene>
+#include <QGraphicsView>
+#include <QImage>
+#include <QPointer>
+#include <QSizeF>
+#include <QStringList>
+#include <QUndoStack>
+
+class KxGsEditor;
+
+// A box measurement: a rectangle from (0, 0) to `size`. A press on its
+// body moves it as a whole, a press on its bottom-right corner reshapes it
+// (reported through gsObjectChangedShape on release). Records its calls.
+class TestGsItem : public OvGsObject
+{
+    Q_OBJECT
+
+public:
+    TestGsItem(KxGsManipulator* aManipulator, QGraphicsItem* aParent, int aType, const QSizeF& aSize);
+
+    int type() const override;
+    QRectF boundingRect() const override;
+    void paint(QPainter* aPainter, const QStyleOptionGraphicsItem* anOption, QWidget* aWidget) override;
+    void adjustScale(double aZoom) override;
+    bool isPointOnObject(const QPointF& aPoint, int& aPart, int aTolerance) const override;
+    bool isMoving() const override;
+    bool isReshaping() const override;
+    void manipMousePressEvent(QMouseEvent* anEvent) override;
+    void manipMouseMoveEvent(QMouseEvent* anEvent) override;
+    void manipMouseReleaseEvent(QMouseEvent* anEvent) override;
+
+    void setSize(const QSizeF& aSize);
+    QSizeF getSize() const;
+
+    QStringList calls;
+    double lastZoom = 0.0;
+
+private:
+    int itemType;
+    QSizeF size;
+    QPointF pressLocal;
+    bool moving = false;
+    bool reshaping = false;
+};
+
+// A manipulator of box measurements: parameter 5 "size" (QSizeF, animated),
+// 6 "w" (int, constant). Items are created from kernel notifications; the
+// manipulator logs the editor events it receives.
+class TestManipulator : public KxGsManipulator
+{
+    Q_OBJECT
+
+public:
+    TestManipulator(int aType, QUndoStack* anUndoStack);
+
+    int getObjectType() const override;
+    QString getObjectTypeName(int anIdx) const override;
+    QVariant getCalculatedValue(const QString& aName, const KxGsObject* anObj, QString& aUnitName) override;
+    QList<QVariant> getCalculatedValues(const QStringList& aNames, const KxKernelObjectData* aData,
+                                        QStringList& aUnits) override;
+    void activate() override;
+    void deactivate() override;
+    void mousePressEvent(QGraphicsSceneMouseEvent* anEvent) override;
+    void mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent) override;
+    void mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent) override;
+    void keyPressEvent(QKeyEvent* anEvent) override;
+    void hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent) override;
+    void hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent) override;
+    void hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent) override;
+    void gsObjectChangedShape(KxGsObject* anObj) override;
+
+    // Stores a box through an undoable create command; the item appears from
+    // the kernel notification.
+    TestGsItem* addStored(const QPointF& aPos, const QSizeF& aSize);
+    // An item of this manipulator that is not stored (a gesture's item).
+    TestGsItem* addUnstored(const QPointF& aPos, const QSizeF& aSize);
+    TestGsItem* item(int anIdx) const;
+
+    void makeMagnifier(QPointF aPos, QSize aSize, double aScale, bool aRound, QPoint aHotspot);
+    void dropMagnifier();
+
+    QStringList log;
+    QList<qint64> frames;
+    bool acceptKeys = false;
+    bool registered = false;
+
+private slots:
+    void slotObjectCreatedInKernel(const int aType, const int anIdx, const KxKernelObjectData* aData);
+    void slotObjectChangedInKernel(const int aType, const int anIdx, const KxKernelObjectData* aData);
+    void slotFrameReadyStopInKernel(qint64 aFrame);
+
+private:
+    void applyKeyframes(TestGsItem* anItem, const KxKernelObjectData* aData);
+
+    int objectType;
+};
+
+// A picture in a real view: the editor (the process's one editor) showing a
+// 200 x 150 image whose pixel (x, y) has the colour (x, y, 77), in a
+// 400 x 300 view without scroll bars, top-left aligned.
+class GsFixture
+{
+public:
+    GsFixture();
+    ~GsFixture();
+
+    static QImage makeImage(int aWidth = 200, int aHeight = 150);
+
+    // A real mouse move on aWidget carrying the buttons held (QTest's own
+    // move does not tell the buttons to widgets).
+    static void mouseMove(QWidget* aWidget, const QPoint& aPos, Qt::MouseButtons aButtons = Qt::NoButton,
+                          Qt::KeyboardModifiers aModifiers = Qt::NoModifier);
+
+    // Viewport pixel of an editor-item point.
+    QPoint toViewport(const QPointF& anEditorPos) const;
+
+    QGraphicsScene scene;
+    QGraphicsView* view;
+    KxGsEditor* editor;
+    QUndoStack stack;
+    QList<QPointer<KxGsManipulator>> manipulators;
+    TestManipulator* addManipulator(int aType);
+};
