@@ -485,6 +485,8 @@ void OvGuiMeasurementTool::updateGuiWithDefaults(bool aReset)
     innerAngleMode = readInt(kKeyDefAngleType, 0) == 0;
     theAngleButton->setIcon(innerAngleMode ? angleIcon : outAngleIcon);
     freehandType = readInt(kKeyDefFHandType, 0);
+    if (freehandType < 0 || freehandType > 4)
+        freehandType = 0;
     refreshComboboxIcon();
     setColorToolButtonColor();
     KxAppSettings::endGroup();

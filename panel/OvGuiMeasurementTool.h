@@ -125,7 +125,8 @@ public:
     // Shows the icon of the current distance variant; other freehandType values keep it.
     void refreshComboboxIcon();
     // Shows the remembered values ("Res_" values when aReset) and mode choices.
-    // Values that do not convert to a number fall back to the defaults.
+    // Values that do not convert to a number fall back to the defaults, and so does
+    // a stored distance variant outside 0..4.
     void updateGuiWithDefaults(bool aReset);
 
     // The dialog whose current colour is the panel's colour.
