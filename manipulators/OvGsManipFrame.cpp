@@ -329,7 +329,7 @@ void OvGsManipFrame::deactivate()
         if (editor->getCurrentObject() == item)
             editor->setCurrentObject(nullptr, false);
         forgetInProgressItem();
-        delete item;
+        item->discard();
     }
     if (!editor->getCurrentObject()) {
         QList<int> none;

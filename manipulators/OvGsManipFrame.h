@@ -152,9 +152,9 @@ protected:
     // at the end of the kind's constructor.
     void initFrame();
 
-    // The item of the gesture under way, null when none. The frame deletes it
-    // on deactivation (after forgetInProgressItem()) and forgets it when the
-    // editor lets go of it.
+    // The item of the gesture under way, null when none. The frame discards it
+    // (deleted once control returns to the event loop) on deactivation, after
+    // forgetInProgressItem(), and forgets it when the editor lets go of it.
     virtual KxGsObject* getInProgressItem() const = 0;
     // Drops the reference to the item under way without deleting it.
     virtual void forgetInProgressItem() = 0;
