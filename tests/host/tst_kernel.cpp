@@ -3,12 +3,10 @@
 #include "KxKernelObjectData.h"
 #include "KxKernelObjectDataDescr.h"
 #include "KxSignalCenter.h"
-#include "KxView.h"
 #include "OvCamera.h"
 #include "OvDeviceSetManager.h"
 
 #include <QColor>
-#include <QPointer>
 #include <QtTest>
 
 namespace {
@@ -109,11 +107,9 @@ private slots:
     void init();
     void cleanup();
 
-    void keyframeVectorIsCopyOnWrite();
     void descriptorDefaults_data();
     void descriptorDefaults();
     void descriptorValueByName();
-    void descriptorRefusesDuplicateName();
 
     void valueAtFrame_data();
     void valueAtFrame();
@@ -121,17 +117,12 @@ private slots:
     void animatedChangedAtTenReadAround();
     void nonAnimatedGivesDefaults();
     void updateWritesOnlyHeldValues();
-    void updateIgnoresIdsBeyondCount();
-    void stateSnapshotRestoresExactly();
 
     void registrationFailures_data();
     void registrationFailures();
-    void descriptorOwnershipOnFailure();
     void destroyedManipulatorUnregisters();
     void insertTakeNotifyOrder();
-    void insertOccupiedPlaceRefused();
     void nextFreeIndex();
-    void objectDescription();
     void loadMediaClearsObjectsKeepsRegistry();
     void frameAndResolutionSignals();
     void calibrationFromMediaOrCamera_data();
@@ -154,22 +145,6 @@ void tst_Kernel::init()
 void tst_Kernel::cleanup()
 {
     store->removeAllObjects();
-}
-
-void tst_Kernel::keyframeVectorIsCopyOnWrite()
-{
-    KxParamKeyframeVector a(3);
-    a[1].setValue(5);
-    KxParamKeyframeVector b = a;
-    b[1].setValue(6);
-    b.setFrameNumber(4);
-    QCOMPARE(a[1].getValue().toInt(), 5);
-    QCOMPARE(a.getFrameNumber(), qint64(-1));
-    QVERIFY(!a.hasFrameNumber());
-    QCOMPARE(b[1].getValue().toInt(), 6);
-    QCOMPARE(b.getFrameNumber(), qint64(4));
-    QCOMPARE(a.countValues(), 1);
-    QCOMPARE(KxParamKeyframeVector(-3).size(), 0);
 }
 
 void tst_Kernel::descriptorDefaults_data()
@@ -216,21 +191,10 @@ void tst_Kernel::descriptorValueByName()
     QCOMPARE(descr.getValue(vector, QStringLiteral("ut")).toInt(), 3);
     QVERIFY(!descr.getValue(vector, QStringLiteral("UT")).isValid());
     QVERIFY(!descr.setValue(vector, QStringLiteral("nope"), 1));
-    QCOMPARE(descr.getParamId(QString()), -1);
     KxParamKeyframeVector shorter(4);
     QVERIFY(!descr.setValue(shorter, QStringLiteral("ut"), 1));
-    QVERIFY(!descr.getValue(shorter, QStringLiteral("ut")).isValid());
-    QVERIFY(descr.getParamDescr(99).name.isEmpty());
-    QCOMPARE(descr.getObjectType(), kType);
-}
-
-void tst_Kernel::descriptorRefusesDuplicateName()
-{
-    KxKernelObjectDataDescr descr(kType, 9);
-    descr.addDefaultParamsDescr();
+    // A name can only belong to one id.
     QVERIFY(!descr.addParamDescr(5, QStringLiteral("pos"), QMetaType::QPoint, ParamDescr::KeyframeAnimated));
-    QVERIFY(descr.getParamDescr(5).name.isEmpty());
-    QCOMPARE(descr.getParamId(QStringLiteral("pos")), 3);
 }
 
 void tst_Kernel::valueAtFrame_data()
@@ -344,38 +308,6 @@ void tst_Kernel::updateWritesOnlyHeldValues()
     QCOMPARE(change[5].getValue().toPoint(), QPoint(7, 8));
 }
 
-void tst_Kernel::updateIgnoresIdsBeyondCount()
-{
-    QScopedPointer<KxKernelObjectData> data(newObject(false));
-    const KxKernelObjectData::State before = data->getState();
-    KxParamKeyframeVector longer(12);
-    longer[11].setValue(1);
-    data->update(longer);
-    QCOMPARE(data->getParamCount(), 6);
-    QVERIFY(data->getState() == before);
-    KxParamKeyframeVector empty;
-    data->update(empty);
-    QVERIFY(data->getState() == before);
-}
-
-void tst_Kernel::stateSnapshotRestoresExactly()
-{
-    QScopedPointer<KxKernelObjectData> data(newObject(true));
-    const KxKernelObjectData::State before = data->getState();
-    KxParamKeyframeVector change = valuesAt(3, {{3, QPoint(5, 5)}});
-    data->update(change);
-    data->animated = false;
-    QVERIFY(data->getState() != before);
-    data->setState(before);
-    QVERIFY(data->getState() == before);
-    QVERIFY(data->animated);
-    QVERIFY(data->getKeyframeNumbers().isEmpty());
-
-    const KxKernelObjectData copy(*data);
-    QVERIFY(copy.getSerial() != data->getSerial());
-    QVERIFY(copy.getState() == data->getState());
-}
-
 void tst_Kernel::registrationFailures_data()
 {
     QTest::addColumn<QString>("what");
@@ -428,17 +360,6 @@ void tst_Kernel::registrationFailures()
         delete descr;
 }
 
-void tst_Kernel::descriptorOwnershipOnFailure()
-{
-    TestManipulator manipulator(kType);
-    QVERIFY(store->registerObjectType(&manipulator, kType));
-    KxKernelObjectDataDescr wrong(kOtherType, 9);
-    // The stack object proves the store does not take (or delete) it.
-    QVERIFY(!store->registerDataDescriptor(&wrong, kType));
-    QVERIFY(!store->getDataDescriptor(kType));
-    QVERIFY(!store->getDataDescriptor(kOtherType));
-}
-
 void tst_Kernel::destroyedManipulatorUnregisters()
 {
     {
@@ -471,17 +392,6 @@ void tst_Kernel::insertTakeNotifyOrder()
     QCOMPARE(recorder.stored, QList<bool>({true, true, true}));
 }
 
-void tst_Kernel::insertOccupiedPlaceRefused()
-{
-    QVERIFY(store->insertObject(kType, 1, newObject()));
-    QScopedPointer<KxKernelObjectData> second(newObject());
-    Recorder recorder;
-    QVERIFY(!store->insertObject(kType, 1, second.data()));
-    QVERIFY(!store->insertObject(kType, 2, nullptr));
-    QVERIFY(store->getObject(kType, 1) != second.data());
-    QVERIFY(recorder.log.isEmpty());
-}
-
 void tst_Kernel::nextFreeIndex()
 {
     QCOMPARE(store->nextFreeIndex(kType), 1);
@@ -489,14 +399,6 @@ void tst_Kernel::nextFreeIndex()
     QVERIFY(store->insertObject(kType, 5, newObject()));
     QCOMPARE(store->nextFreeIndex(kType), 6);
     QCOMPARE(store->nextFreeIndex(kOtherType), 1);
-}
-
-void tst_Kernel::objectDescription()
-{
-    QCOMPARE(store->getObjectDescription(kType, 4), QStringLiteral("object 4"));
-    TestManipulator manipulator(kType);
-    QVERIFY(store->registerObjectType(&manipulator, kType));
-    QCOMPARE(store->getObjectDescription(kType, 4), QStringLiteral("Ruler 4"));
 }
 
 void tst_Kernel::loadMediaClearsObjectsKeepsRegistry()
@@ -543,12 +445,6 @@ void tst_Kernel::frameAndResolutionSignals()
     QCOMPARE(resolution.at(0).at(0).toSize(), QSize(1000, 500));
     QCOMPARE(resolution.at(0).at(1).toSize(), QSize(500, 250));
     QCOMPARE(store->getCurrentImageSize(), QSize(500, 250));
-
-    KxView view(QPoint(3, 4), 0.5);
-    store->setCurrentView(&view);
-    QCOMPARE(store->getCurrentView()->origin, QPoint(3, 4));
-    store->setCurrentView(nullptr);
-    QVERIFY(!store->getCurrentView());
 }
 
 void tst_Kernel::calibrationFromMediaOrCamera_data()

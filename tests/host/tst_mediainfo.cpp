@@ -12,7 +12,6 @@ class tst_MediaInfo : public QObject
 private slots:
     void umForPixels_data();
     void umForPixels();
-    void parameters();
     void scaleBlocking_data();
     void scaleBlocking();
 };
@@ -55,27 +54,6 @@ void tst_MediaInfo::umForPixels()
     // A copy measures the same.
     const KxMediaInfo copy = info;
     QVERIFY(qAbs(copy.calculateUmForPixels(pixels, angle) - expected) < 1e-9);
-}
-
-void tst_MediaInfo::parameters()
-{
-    KxMediaInfo info;
-    QVERIFY(!info.getParameter(KxMediaInfo::MetaImageSource).isValid());
-    QCOMPARE(info.getParameter(KxMediaInfo::MetaImageSource).toInt(), int(KxMediaInfo::SourceFile));
-    info.setParameter(KxMediaInfo::MetaImageSource, int(KxMediaInfo::SourceLiveCamera));
-    QCOMPARE(info.getParameter(KxMediaInfo::MetaImageSource).toInt(), 51);
-    info.setParameter(KxMediaInfo::MetaImageSource, QVariant());
-    QVERIFY(!info.getParameter(KxMediaInfo::MetaImageSource).isValid());
-
-    info.setVideoFile(true);
-    info.setFrameCount(0);
-    info.setFileName(QStringLiteral("clip.avi"));
-    QVERIFY(info.isVideoFile());
-    QCOMPARE(info.getFrameCount(), qint64(1));
-    QCOMPARE(info.getFileName(), QStringLiteral("clip.avi"));
-    info.setUmPerPixel(1.5);
-    QCOMPARE(info.getUmPerPixelX(), 1.5);
-    QCOMPARE(info.getUmPerPixelY(), 1.5);
 }
 
 void tst_MediaInfo::scaleBlocking_data()
