@@ -15,7 +15,7 @@ CmdChangeObject::CmdChangeObject(int aType, int anIdx, const KxParamKeyframeVect
     , values{aValues}
     , mergeable(aMergeable)
 {
-    setText(QObject::tr("Change %1").arg(KxKernelData::getInstance()->getObjectDescription(aType, anIdx)));
+    setText(tr("Change %1").arg(KxKernelData::getInstance()->getObjectDescription(aType, anIdx)));
 }
 
 KxKernelObjectData* CmdChangeObject::target() const

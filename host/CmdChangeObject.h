@@ -4,6 +4,7 @@
 #include "KxKernelObjectData.h"
 #include "KxParamKeyframeVector.h"
 
+#include <QCoreApplication>
 #include <QUndoCommand>
 #include <QVector>
 
@@ -15,6 +16,8 @@
 // object merge into one undo step that restores the state before the first.
 class KX_HOST_EXPORT CmdChangeObject : public QUndoCommand
 {
+    Q_DECLARE_TR_FUNCTIONS(CmdChangeObject)
+
 public:
     CmdChangeObject(int aType, int anIdx, const KxParamKeyframeVector& aValues, bool aMergeable,
                     QUndoCommand* aParent = nullptr);

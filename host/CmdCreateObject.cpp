@@ -10,7 +10,7 @@ CmdCreateObject::CmdCreateObject(int aType, int anIdx, KxKernelObjectData* aData
     , data(aData)
     , serial(aData ? aData->getSerial() : 0)
 {
-    setText(QObject::tr("Add %1").arg(KxKernelData::getInstance()->getObjectDescription(aType, anIdx)));
+    setText(tr("Add %1").arg(KxKernelData::getInstance()->getObjectDescription(aType, anIdx)));
 }
 
 CmdCreateObject::~CmdCreateObject()

@@ -2,6 +2,7 @@
 
 #include "KxHostGlobal.h"
 
+#include <QCoreApplication>
 #include <QUndoCommand>
 
 class KxKernelObjectData;
@@ -13,6 +14,8 @@ class KxKernelObjectData;
 // obsolete: the stack drops it, and it deletes the object it still owns.
 class KX_HOST_EXPORT CmdCreateObject : public QUndoCommand
 {
+    Q_DECLARE_TR_FUNCTIONS(CmdCreateObject)
+
 public:
     CmdCreateObject(int aType, int anIdx, KxKernelObjectData* aData, QUndoCommand* aParent = nullptr);
     ~CmdCreateObject() override;

@@ -8,7 +8,7 @@ CmdRemoveObject::CmdRemoveObject(int aType, int anIdx, QUndoCommand* aParent)
     , type(aType)
     , idx(anIdx)
 {
-    setText(QObject::tr("Delete %1").arg(KxKernelData::getInstance()->getObjectDescription(aType, anIdx)));
+    setText(tr("Delete %1").arg(KxKernelData::getInstance()->getObjectDescription(aType, anIdx)));
 }
 
 CmdRemoveObject::~CmdRemoveObject()

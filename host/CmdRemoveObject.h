@@ -2,6 +2,7 @@
 
 #include "KxHostGlobal.h"
 
+#include <QCoreApplication>
 #include <QUndoCommand>
 
 class KxKernelObjectData;
@@ -12,6 +13,8 @@ class KxKernelObjectData;
 // (signalObjectCreated). Removing a missing object is obsolete (dropped).
 class KX_HOST_EXPORT CmdRemoveObject : public QUndoCommand
 {
+    Q_DECLARE_TR_FUNCTIONS(CmdRemoveObject)
+
 public:
     CmdRemoveObject(int aType, int anIdx, QUndoCommand* aParent = nullptr);
     ~CmdRemoveObject() override;

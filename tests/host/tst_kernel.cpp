@@ -118,6 +118,8 @@ private slots:
     void nonAnimatedGivesDefaults();
     void updateWritesOnlyHeldValues();
 
+    void signalSignatures_data();
+    void signalSignatures();
     void registrationFailures_data();
     void registrationFailures();
     void destroyedManipulatorUnregisters();
@@ -306,6 +308,29 @@ void tst_Kernel::updateWritesOnlyHeldValues()
     QCOMPARE(values[3].getValue().toPoint(), QPoint(1, 1));
     QVERIFY(!values[1].hasValue());
     QCOMPARE(change[5].getValue().toPoint(), QPoint(7, 8));
+}
+
+void tst_Kernel::signalSignatures_data()
+{
+    QTest::addColumn<QByteArray>("signature");
+
+    // Receivers connect by these texts.
+    for (const char* signature :
+         {"signalObjectCreated(const int, const int, const KxKernelObjectData*)",
+          "signalObjectChanged(const int, const int, const KxKernelObjectData*)",
+          "signalObjectRemoved(const int, const int)", "signalObjectBeforeRemove(const int, const int)",
+          "signalObjectShowValue(const int, const int, const QString&)",
+          "signalCurrentResChangedByCamera(QSize, QSize)", "signalNewMediaReady(const KxMediaInfo&, bool&)",
+          "signalAppAboutToClose()", "signalMediaLoaded()", "signalFrameReady(qint64)"})
+        QTest::newRow(signature) << QByteArray(signature);
+}
+
+void tst_Kernel::signalSignatures()
+{
+    QFETCH(QByteArray, signature);
+    const QByteArray normalized = QMetaObject::normalizedSignature(signature.constData());
+    QVERIFY(KxSignalCenter::getInstance()->metaObject()->indexOfSignal(normalized.constData()) >= 0);
+    QCOMPARE(store->getNotifier(), KxSignalCenter::getInstance());
 }
 
 void tst_Kernel::registrationFailures_data()
