@@ -244,6 +244,9 @@ bool KxGsObject::linesIntersect(QPointF a1, QPointF a2, QPointF b1, QPointF b2, 
             anIntersection = a1;
             return true;
         }
+        // a1 must lie on the line through b, between its ends.
+        if (std::abs(qp.x() * s.y() - qp.y() * s.x()) > 1e-9 * std::max(ss, 1.0))
+            return false;
         const double u = -(qp.x() * s.x() + qp.y() * s.y()) / ss;
         if (u < -1e-9 || u > 1.0 + 1e-9)
             return false;
