@@ -57,7 +57,11 @@ ManipTestHelper::~ManipTestHelper()
     for (KxGsObject* obj : editor->getAllChildGsObjects())
         delete obj;
     kernel->removeAllObjects();
+    // The tool entry goes before the window: the window's own clean-up of its
+    // entries must not run on a window that is half destroyed.
+    delete tool;
     delete window;
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 void ManipTestHelper::activate(int aFreehandType)
