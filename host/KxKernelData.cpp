@@ -245,6 +245,7 @@ void KxKernelData::changeCameraResolution(const QSize& aSize)
         return;
     const QSize old = imageSize;
     imageSize = aSize;
+    followDeviceSet(OvDeviceSetManager::FlagCameraChanged);
     emit getNotifier()->signalCurrentResChangedByCamera(old, aSize);
 }
 

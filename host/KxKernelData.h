@@ -99,8 +99,10 @@ public:
     KxView* getCurrentView() const;
     void setCurrentView(KxView* aView);
 
-    // Stores the new size and emits signalCurrentResChangedByCamera(old, new);
-    // nothing when the size does not change.
+    // Stores the new size, brings a live picture's calibration in step with
+    // the active camera (switch the camera's resolution first) and emits
+    // signalCurrentResChangedByCamera(old, new); nothing when the size does
+    // not change.
     void changeCameraResolution(const QSize& aSize);
 
     KxSignalCenter* getNotifier() const;

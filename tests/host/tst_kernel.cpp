@@ -527,6 +527,18 @@ void tst_Kernel::liveCameraMediaFollowsObjective()
     QCOMPARE(store->getMediaInfo().getUmPerPixelX(), 0.1);
     QCOMPARE(store->getMediaInfo().getParameter(KxMediaInfo::MetaObjectiveName).toString(), QStringLiteral("40x"));
 
+    // Half the resolution: each pixel covers twice as much.
+    OvCamera camera(QStringLiteral("cam"), {QSize(800, 600), QSize(400, 300)});
+    devices->setActiveCamera(&camera);
+    QVERIFY(camera.setResolutionIndex(1));
+    double seen = 0.0;
+    auto connection = connect(KxSignalCenter::getInstance(), &KxSignalCenter::signalCurrentResChangedByCamera, this,
+                              [this, &seen]() { seen = store->getMediaInfo().getUmPerPixelX(); });
+    store->changeCameraResolution(QSize(400, 300));
+    disconnect(connection);
+    QCOMPARE(seen, 0.2);
+    devices->setActiveCamera(nullptr);
+
     // A file keeps its own calibration.
     KxMediaInfo file;
     file.setUmPerPixel(3.0);
