@@ -18,7 +18,6 @@
 
 #include <QColorDialog>
 #include <QSignalBlocker>
-#include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
 #include <QUndoStack>
@@ -47,25 +46,19 @@ private slots:
     void cleanup();
 
     void kindConstants();
-    void gsObjectFlags_data();
-    void gsObjectFlags();
     void activation_data();
     void activation();
     void styleChange_data();
     void styleChange();
-    void widthSliderChangesSelectedLines();
     void panelFollowsCurrentObject();
     void labelsVisibleSetting_data();
     void labelsVisibleSetting();
     void magnifierHotspot_data();
     void magnifierHotspot();
-    void magnifierFollowsProfile();
     void deviceSetFlags_data();
     void deviceSetFlags();
     void calculatedValuesWithForeignName();
     void secondRegistrationIsInert();
-    void editingActivatesTheTool();
-    void toolEntrySignalsReachTheManipulator();
 
 private:
     // Two stored lines: 1 from (100, 100) by (60, 80), 2 from (300, 100) by (0, 50).
@@ -105,6 +98,9 @@ void tst_ManipFrame::kindConstants()
     QCOMPARE(manip->getCursor().shape(), Qt::CrossCursor);
     QCOMPARE(manip->getUnitsToUse(), (QList<int>{0, 1, 2, 5, 3, 4, 6, 7, 8}));
     QCOMPARE(h->kernel->getManipulator(66653), static_cast<KxGsManipulator*>(manip));
+    QCOMPARE(manip->getGsObjectFlags(nullptr), 0x69D);
+    QCOMPARE(manip->getGsObjectFlags(new OvGsDistance(manip, h->editor, QString(), QStringLiteral("probe"))), 1693);
+    QCOMPARE(manip->getGsObjectFlags(h->addCircle(QPointF(50, 50), 10)), 0);
 
     const KxKernelObjectDataDescr* descr = h->kernel->getDataDescriptor(66653);
     QVERIFY(descr);
@@ -120,29 +116,6 @@ void tst_ManipFrame::kindConstants()
         QCOMPARE(descr->getParamDescr(param.id).type, param.type);
         QCOMPARE(descr->getParamDescr(param.id).keyframeType, param.keyframes);
     }
-}
-
-void tst_ManipFrame::gsObjectFlags_data()
-{
-    QTest::addColumn<QString>("object");
-    QTest::addColumn<int>("flags");
-
-    QTest::newRow("none") << "none" << 1693;
-    QTest::newRow("distance") << "distance" << 0x69D;
-    QTest::newRow("circle") << "circle" << 0;
-}
-
-void tst_ManipFrame::gsObjectFlags()
-{
-    QFETCH(QString, object);
-    QFETCH(int, flags);
-
-    KxGsObject* obj = nullptr;
-    if (object == QLatin1String("distance"))
-        obj = new OvGsDistance(h->manip, h->editor, QString(), QStringLiteral("probe"));
-    else if (object == QLatin1String("circle"))
-        obj = h->addCircle(QPointF(50, 50), 10);
-    QCOMPARE(h->manip->getGsObjectFlags(obj), flags);
 }
 
 void tst_ManipFrame::activation_data()
@@ -298,27 +271,6 @@ void tst_ManipFrame::styleChange()
     }
 }
 
-void tst_ManipFrame::widthSliderChangesSelectedLines()
-{
-    drawTwoLines();
-    h->editor->setCurrentObject(h->item(1), false);
-    h->editor->setCurrentObject(h->item(2), true);
-    const int before = h->stack->count();
-
-    h->panel->theSLWidth->setValue(6);
-
-    QCOMPARE(h->stack->count(), before + 1);
-    QCOMPARE(h->stack->undoText(), QStringLiteral("Objects width change"));
-    QCOMPARE(h->item(1)->penWidth, 6);
-    QCOMPARE(h->item(2)->penWidth, 6);
-    h->stack->undo();
-    QCOMPARE(h->storedParam(1, "w").toInt(), 2);
-    QCOMPARE(h->storedParam(2, "w").toInt(), 2);
-    h->stack->redo();
-    QCOMPARE(h->storedParam(1, "w").toInt(), 6);
-    QCOMPARE(h->storedParam(2, "w").toInt(), 6);
-}
-
 void tst_ManipFrame::panelFollowsCurrentObject()
 {
     h->activate();
@@ -441,17 +393,6 @@ void tst_ManipFrame::magnifierHotspot()
     QVERIFY(magnifier->hasCrossHair());
 }
 
-void tst_ManipFrame::magnifierFollowsProfile()
-{
-    KxAppSettings::setValue(kMagnifierScale, 3.0);
-    QCOMPARE(h->manip->getMagnifierHotspot(), QPoint(120, 120));
-    KxAppSettings::setProfile(QStringLiteral("magnifier"));
-    QCOMPARE(h->manip->getMagnifierScale(), 2.0);
-    QCOMPARE(h->manip->getMagnifierHotspot(), QPoint(110, 110));
-    KxAppSettings::setProfile(QString());
-    QCOMPARE(h->manip->getMagnifierScale(), 3.0);
-}
-
 void tst_ManipFrame::deviceSetFlags_data()
 {
     QTest::addColumn<int>("flags");
@@ -547,32 +488,6 @@ void tst_ManipFrame::secondRegistrationIsInert()
     const int before = h->stack->count();
     emit h->panel->signalWidthChanged(4);
     QCOMPARE(h->stack->count(), before + 1);
-}
-
-void tst_ManipFrame::editingActivatesTheTool()
-{
-    drawTwoLines();
-    QVERIFY(!h->tool->isActive());
-    QSignalSpy activated(h->tool, &OvToolBase::toolActivated);
-    h->manip->editGsObject(h->item(1), QPoint(5, 5));
-    QVERIFY(h->tool->isActive());
-    QCOMPARE(activated.count(), 1);
-}
-
-void tst_ManipFrame::toolEntrySignalsReachTheManipulator()
-{
-    // toolActivated(false) ends the manipulator's turn.
-    h->activate();
-    h->tool->slotActivate(true);
-    QCOMPARE(h->editor->getOverrideManipulator(), static_cast<KxGsManipulator*>(h->manip));
-    h->tool->slotActivate(false);
-    QVERIFY(!h->editor->getOverrideManipulator());
-
-    // The reset button restores the panel's defaults.
-    h->panel->theSLWidth->setValue(9);
-    QCOMPARE(h->panel->getLineWidth(), 9);
-    emit h->tool->resetButtonClicked();
-    QCOMPARE(h->panel->getLineWidth(), 2);
 }
 
 QTEST_MAIN(tst_ManipFrame)
