@@ -55,6 +55,7 @@ OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
     historyDock->setObjectName(QStringLiteral("historyDock"));
     historyDock->setWidget(historyView);
     addDockWidget(Qt::RightDockWidgetArea, historyDock);
+    resizeDocks({ getToolDock(), historyDock }, { 640, 240 }, Qt::Vertical);
 
     statusBar()->addPermanentWidget(calibrationLabel);
     createMenus();
@@ -110,6 +111,13 @@ QStringList OvViewerMainWindow::loadPlugins()
     OvPluginHost host;
     plugins = host.loadAll(&messages);
     OvPluginHost::addAllFeatures(plugins, this, getUndoStack(), &messages);
+    // The measurement panel is what people come for: show it open.
+    if (OvToolBase* tool = measurementTool()) {
+        tool->slotExpandGui(true);
+        const int width = qMax(tool->sizeHint().width(), tool->minimumSizeHint().width()) + 24;
+        getToolDock()->setMinimumWidth(width);
+        resizeDocks({ getToolDock() }, { width }, Qt::Horizontal);
+    }
     for (const QString& message : messages)
         reportError(message);
     return messages;

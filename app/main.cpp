@@ -1,3 +1,4 @@
+#include "KxAppSettings.h"
 #include "OvGestureReplayer.h"
 #include "OvGestureScript.h"
 #include "OvMeasurementExporter.h"
@@ -63,8 +64,22 @@ int main(int argc, char* argv[])
     const QCommandLineOption quit(QStringLiteral("quit"), QStringLiteral("Exit after the script and outputs."));
     const QCommandLineOption demo(QStringLiteral("demo"),
                                   QStringLiteral("Measure on the bundled sample with the built-in demo script."));
-    parser.addOptions({ calibration, script, exportCsv, screenshot, quit, demo });
+    const QCommandLineOption scaling(QStringLiteral("scaling"),
+                                     QStringLiteral("Interface scale of the tool panels in percent (remembered)."),
+                                     QStringLiteral("PERCENT"));
+    parser.addOptions({ calibration, script, exportCsv, screenshot, quit, demo, scaling });
     parser.process(app);
+
+    if (parser.isSet(scaling)) {
+        bool ok = false;
+        const int percent = parser.value(scaling).toInt(&ok);
+        if (!ok || percent < 50 || percent > 400)
+            return complain(QStringLiteral("--scaling needs a whole percentage from 50 to 400, got '%1'")
+                                .arg(parser.value(scaling)),
+                            ExitBadInput);
+        // Panels read the factor when they are built, so it is set before the plug-ins load.
+        KxAppSettings::setValue(QStringLiteral("ScalingFactor"), percent);
+    }
 
     OvViewerMainWindow window;
     window.setInteractive(!batch);
