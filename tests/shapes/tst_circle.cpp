@@ -27,8 +27,6 @@ private slots:
     void pointOnNode();
     void pointOnObject_data();
     void pointOnObject();
-    void rectContains_data();
-    void rectContains();
     void boundingRect_data();
     void boundingRect();
     void drag_data();
@@ -156,10 +154,8 @@ void tst_circle::outOfRangeIndexIgnored_data()
 
     QTest::newRow("index 3 on a new circle") << 0 << 3;
     QTest::newRow("index -1 on a new circle") << 0 << -1;
-    QTest::newRow("index 3 on a point") << 1 << 3;
     QTest::newRow("index 3 on a segment") << 2 << 3;
     QTest::newRow("index 3 on a finished circle") << 3 << 3;
-    QTest::newRow("index 7 on a finished circle") << 3 << 7;
 }
 
 void tst_circle::outOfRangeIndexIgnored()
@@ -294,26 +290,6 @@ void tst_circle::pointOnObject()
     int part = 99;
     QCOMPARE(circle.isPointOnObject(point, part, 8), hit);
     QCOMPARE(part, 0);
-}
-
-void tst_circle::rectContains_data()
-{
-    QTest::addColumn<QRectF>("rect");
-    QTest::addColumn<bool>("contains");
-
-    QTest::newRow("exactly the square") << QRectF(-25, -25, 50, 50) << true;
-    QTest::newRow("larger") << QRectF(-30, -30, 70, 70) << true;
-    QTest::newRow("cut on the right") << QRectF(-25, -25, 49, 50) << false;
-}
-
-void tst_circle::rectContains()
-{
-    QFETCH(QRectF, rect);
-    QFETCH(bool, contains);
-
-    OvGsCircle circle(nullptr, nullptr, QString(), true);
-    makeCircle(circle);
-    QCOMPARE(circle.isRectContainsObject(rect), contains);
 }
 
 void tst_circle::boundingRect_data()

@@ -23,8 +23,6 @@ private slots:
     void hitTest();
     void ends_data();
     void ends();
-    void rectContains_data();
-    void rectContains();
     void pressNearLine_data();
     void pressNearLine();
     void drag_data();
@@ -35,7 +33,6 @@ private slots:
     void paint_data();
     void paint();
     void handlesKeepScreenSizeWhenZoomed();
-    void moveObjectBy();
 };
 
 namespace {
@@ -174,29 +171,6 @@ void tst_distance::ends()
     int found = 42;
     QCOMPARE(item.isPointOnEnds(point, found, 5), end >= 0);
     QCOMPARE(found, end);
-}
-
-void tst_distance::rectContains_data()
-{
-    QTest::addColumn<QPointF>("vector");
-    QTest::addColumn<QRectF>("rect");
-    QTest::addColumn<bool>("contains");
-
-    QTest::newRow("both ends inside") << QPointF(40, 20) << QRectF(-1, -1, 50, 30) << true;
-    QTest::newRow("end outside") << QPointF(40, 20) << QRectF(-1, -1, 30, 30) << false;
-    QTest::newRow("start outside") << QPointF(40, 20) << QRectF(1, 1, 50, 30) << false;
-    QTest::newRow("negative vector inside") << QPointF(-40, -20) << QRectF(-50, -30, 51, 31) << true;
-}
-
-void tst_distance::rectContains()
-{
-    QFETCH(QPointF, vector);
-    QFETCH(QRectF, rect);
-    QFETCH(bool, contains);
-
-    OvGsDistance item(nullptr, nullptr, QString(), QString());
-    item.setVector(vector);
-    QCOMPARE(item.isRectContainsObject(rect), contains);
 }
 
 void tst_distance::pressNearLine_data()
@@ -484,17 +458,6 @@ void tst_distance::handlesKeepScreenSizeWhenZoomed()
     QCOMPARE(item->activeNode, 0);
     env.release(start + QPoint(-8, 0));
     QCOMPARE(env.manipulator->changedShapes.size(), 1);
-}
-
-void tst_distance::moveObjectBy()
-{
-    ShapeScene env;
-    auto* item = new OvGsDistance(env.manipulator, env.editor, QString(), QString());
-    item->setPos(20, 30);
-    item->setVector(QPointF(10, 10));
-    item->moveObjectBy(QPointF(5, -7));
-    QCOMPARE(item->pos(), QPointF(25, 23));
-    QCOMPARE(item->vector, QPointF(10, 10));
 }
 
 QTEST_MAIN(tst_distance)
