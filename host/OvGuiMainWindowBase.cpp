@@ -116,17 +116,22 @@ QWidget* OvGuiMainWindowBase::getConfigurationPage(const QString& aPageName) con
 
 void OvGuiMainWindowBase::addToolEntry(OvToolBase* aTool)
 {
-    if (!aTool || tools.contains(aTool))
+    if (!aTool || getToolEntries().contains(aTool))
         return;
+    tools.removeAll(QPointer<OvToolBase>());
     tools.append(aTool);
     // Entries stack in order above the closing stretch.
     toolLayout->insertWidget(toolLayout->count() - 1, aTool);
-    connect(aTool, &QObject::destroyed, this, [this, aTool]() { tools.removeAll(aTool); });
 }
 
 QList<OvToolBase*> OvGuiMainWindowBase::getToolEntries() const
 {
-    return tools;
+    QList<OvToolBase*> result;
+    for (const QPointer<OvToolBase>& tool : tools) {
+        if (tool)
+            result.append(tool.data());
+    }
+    return result;
 }
 
 QDockWidget* OvGuiMainWindowBase::getToolDock() const

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "KxHostGlobal.h"
+#include "OvToolBase.h"
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QString>
 
 class KxGsEditor;
-class OvToolBase;
 class QDockWidget;
 class QGraphicsScene;
 class QGraphicsView;
@@ -83,7 +84,7 @@ private:
     QUndoStack* undoStack;
     QDockWidget* toolDock;
     QVBoxLayout* toolLayout;
-    QList<OvToolBase*> tools;
+    QList<QPointer<OvToolBase>> tools;
     QWidget* configurationPanel;
     QListWidget* configurationList;
     QStackedWidget* configurationPages;
