@@ -102,30 +102,23 @@ void tst_ValueFormat::bands_data()
     QTest::addColumn<double>("value");
     QTest::addColumn<QString>("expected");
 
-    // Shared upper bands, the same for every formatter.
+    // Shared upper bands, the same for every formatter (in-band values are in the unit text tests).
     const struct { Formatter f; const char* name; } all[] = { { Mm, "mm" }, { Mil, "mil" }, { Um, "um" }, { Nm, "nm" } };
     for (const auto& entry : all) {
         const QByteArray n(entry.name);
         QTest::newRow(n + " 10000 enters 10^3 band") << int(entry.f) << 10000.0 << QString("10.000" + exp10(3));
-        QTest::newRow(n + " 12345.4") << int(entry.f) << 12345.4 << QString("12.345" + exp10(3));
         QTest::newRow(n + " 99999.9 rounds up") << int(entry.f) << 99999.9 << QString("100.000" + exp10(3));
         QTest::newRow(n + " 100000") << int(entry.f) << 100000.0 << QString("100.00" + exp10(3));
-        QTest::newRow(n + " 123454") << int(entry.f) << 123454.0 << QString("123.45" + exp10(3));
         QTest::newRow(n + " 1000000") << int(entry.f) << 1000000.0 << QString("1.0000" + exp10(6));
-        QTest::newRow(n + " 1234540") << int(entry.f) << 1234540.0 << QString("1.2345" + exp10(6));
         QTest::newRow(n + " 10000000") << int(entry.f) << 10000000.0 << QString("10.000" + exp10(6));
         QTest::newRow(n + " 12345400") << int(entry.f) << 12345400.0 << QString("12.345" + exp10(6));
     }
 
     QTest::newRow("mm below 1e-6 is 0") << int(Mm) << 0.9e-6 << "0";
     QTest::newRow("mm 1e-6") << int(Mm) << 1e-6 << QString("1" + exp10(-6));
-    QTest::newRow("mm 0.0005") << int(Mm) << 0.0005 << QString("500" + exp10(-6));
     QTest::newRow("mm 0.001") << int(Mm) << 0.001 << QString("1.000" + exp10(-3));
-    QTest::newRow("mm 0.005") << int(Mm) << 0.005 << QString("5.000" + exp10(-3));
     QTest::newRow("mm 0.01") << int(Mm) << 0.01 << QString("10.00" + exp10(-3));
-    QTest::newRow("mm 0.05") << int(Mm) << 0.05 << QString("50.00" + exp10(-3));
     QTest::newRow("mm 0.1") << int(Mm) << 0.1 << "0.1000";
-    QTest::newRow("mm 0.25") << int(Mm) << 0.25 << "0.2500";
     QTest::newRow("mm 1") << int(Mm) << 1.0 << "1.000";
     QTest::newRow("mm 10 keeps three decimals") << int(Mm) << 10.0 << "10.000";
     QTest::newRow("mm 99.9996 rounds to 100") << int(Mm) << 99.9996 << "100.000";
@@ -135,23 +128,17 @@ void tst_ValueFormat::bands_data()
 
     QTest::newRow("mil below 0.0001 is 0") << int(Mil) << 0.00009 << "0";
     QTest::newRow("mil 0.0001") << int(Mil) << 0.0001 << QString("0.1" + exp10(-3));
-    QTest::newRow("mil 0.019685") << int(Mil) << 0.019685 << QString("19.7" + exp10(-3));
     QTest::newRow("mil 0.1") << int(Mil) << 0.1 << "0.1000";
-    QTest::newRow("mil 48.6023") << int(Mil) << 48.6023 << "48.602";
     QTest::newRow("mil 100") << int(Mil) << 100.0 << "100.00";
     QTest::newRow("mil 1000") << int(Mil) << 1000.0 << "1000.0";
 
     QTest::newRow("um 0") << int(Um) << 0.0 << "0";
     QTest::newRow("um 0.00004 rounds to 0") << int(Um) << 0.00004 << "0";
-    QTest::newRow("um 0.5") << int(Um) << 0.5 << "0.5000";
     QTest::newRow("um 1") << int(Um) << 1.0 << "1.000";
     QTest::newRow("um 100") << int(Um) << 100.0 << "100.00";
-    QTest::newRow("um 999.9") << int(Um) << 999.9 << "999.90";
-    QTest::newRow("um 1234.5") << int(Um) << 1234.5 << "1234.5";
 
     QTest::newRow("nm 0.99 is 0") << int(Nm) << 0.99 << "0";
     QTest::newRow("nm 1") << int(Nm) << 1.0 << "1";
-    QTest::newRow("nm 300") << int(Nm) << 300.0 << "300";
     QTest::newRow("nm 9999.4") << int(Nm) << 9999.4 << "9999";
 }
 
