@@ -60,6 +60,7 @@ private slots:
     void setCurrentUnit_data();
     void setCurrentUnit();
     void sliderClickEmitsUnit();
+    void sliderPositionWithoutUnit();
 
 private:
     std::unique_ptr<SettingsSandbox> sandbox;
@@ -396,6 +397,20 @@ void tst_Units::sliderClickEmitsUnit()
     QCOMPARE(panel->getCurrentUnit(), 3);
     QCOMPARE(panel->theTLUnit->text(), u8("mm\u00B2"));
     panel->hide();
+}
+
+void tst_Units::sliderPositionWithoutUnit()
+{
+    panel->setUnitsToUse(QList<int>{ 2, 3 }, false);
+    panel->setCurrentUnit(3);
+    QSignalSpy spy(panel.get(), &OvGuiMeasurementTool::signalUnitTypeChanged);
+    for (const int position : { 2, 7, -1 })
+        QVERIFY(QMetaObject::invokeMethod(panel.get(), "slotUnitChanged", Q_ARG(int, position)));
+    QCOMPARE(spy.count(), 0);
+    QCOMPARE(panel->theTLUnit->text(), QStringLiteral("mm"));
+    QVERIFY(QMetaObject::invokeMethod(panel.get(), "slotUnitChanged", Q_ARG(int, 0)));
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(spy.at(0).at(0).toInt(), 2);
 }
 
 QTEST_MAIN(tst_Units)
