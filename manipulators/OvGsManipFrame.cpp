@@ -223,7 +223,7 @@ QVariant OvGsManipFrame::getCalculatedValue(const QString& aName, const KxGsObje
     const Measure measure = measureItem(aName, anObj);
     if (!measure.valid)
         return QVariant();
-    auto unit = static_cast<OvGuiMeasurementTool::UnitType>(itemUnit());
+    auto unit = static_cast<OvGuiMeasurementTool::UnitType>(measure.unit >= 0 ? measure.unit : itemUnit());
     return panel->convertFromUm(measure.value, measure.squared, unit, aUnitName, unitsToUse);
 }
 
@@ -235,7 +235,7 @@ QVariant OvGsManipFrame::getCalculatedValue(const QString& aName, const KxKernel
     const Measure measure = measureData(aName, aData, storedUnit);
     if (!measure.valid)
         return QVariant();
-    auto unit = static_cast<OvGuiMeasurementTool::UnitType>(storedUnit);
+    auto unit = static_cast<OvGuiMeasurementTool::UnitType>(measure.unit >= 0 ? measure.unit : storedUnit);
     return panel->convertFromUm(measure.value, measure.squared, unit, aUnitName, unitsToUse);
 }
 
@@ -246,8 +246,9 @@ QString OvGsManipFrame::getCalculatedValueAsString(const QString& aName, const K
     const Measure measure = measureItem(aName, anObj);
     if (!measure.valid)
         return QString();
+    const int unit = measure.unit >= 0 ? measure.unit : itemUnit();
     return panel->convertFromUmAndFormat(measure.value, measure.squared,
-                                         static_cast<OvGuiMeasurementTool::UnitType>(itemUnit()), unitsToUse);
+                                         static_cast<OvGuiMeasurementTool::UnitType>(unit), unitsToUse);
 }
 
 QString OvGsManipFrame::getCalculatedValueAsString(const QString& aName, const KxKernelObjectData* aData)
@@ -256,8 +257,9 @@ QString OvGsManipFrame::getCalculatedValueAsString(const QString& aName, const K
     const Measure measure = measureData(aName, aData, storedUnit);
     if (!measure.valid)
         return QString();
+    const int unit = measure.unit >= 0 ? measure.unit : storedUnit;
     return panel->convertFromUmAndFormat(measure.value, measure.squared,
-                                         static_cast<OvGuiMeasurementTool::UnitType>(storedUnit), unitsToUse);
+                                         static_cast<OvGuiMeasurementTool::UnitType>(unit), unitsToUse);
 }
 
 QList<QVariant> OvGsManipFrame::getCalculatedValues(const QStringList& aNames, const KxKernelObjectData* aData,

@@ -73,12 +73,15 @@ public:
         bool fontChangeEnsuresLabel = true;      // a font size change keeps the label inside the area
     };
 
-    // A measured value in micrometres (square micrometres when squared).
+    // A measured value in micrometres (square micrometres when squared). A
+    // value in a unit of its own (degrees) names it in unit; it is then
+    // reported in that unit whatever the panel or the stored "ut" say.
     struct Measure
     {
         bool valid = false;
         double value = 0.0;
         bool squared = false;
+        int unit = -1;
     };
 
     // aKind is copied. Reads the magnifier settings; the rest of the
@@ -100,7 +103,9 @@ public:
     QVariant getCalculatedValue(const QString& aName, const KxGsObject* anObj, QString& aUnitName) override;
     // As above from the key frames at the current frame, in the stored unit.
     QVariant getCalculatedValue(const QString& aName, const KxKernelObjectData* aData, QString& aUnitName);
-    // The label texts of the two paths above; empty where they are invalid.
+    // The label texts of the two paths above; empty where they are invalid. A
+    // kind that keeps the host's own texts overrides these and calls
+    // KxGsManipulator's.
     QString getCalculatedValueAsString(const QString& aName, const KxGsObject* anObj) override;
     QString getCalculatedValueAsString(const QString& aName, const KxKernelObjectData* aData) override;
     // One value and one unit name per name, invalid and empty for unknown names.

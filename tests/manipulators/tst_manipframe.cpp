@@ -1,5 +1,6 @@
 #include "ManipTestHelper.h"
 
+#include "CmdCreateObject.h"
 #include "KxAppSettings.h"
 #include "KxGsEditor.h"
 #include "KxGsManipulator.h"
@@ -37,6 +38,56 @@ QString micro(const char* aNumber)
 
 } // namespace
 
+// Another kind on the same frame: circles whose "values" are in degrees, an
+// unconditional radius button, one squared unit, no tool-entry connections.
+class ProbeManip : public OvGsManipFrame
+{
+    Q_OBJECT
+
+public:
+    ProbeManip(OvToolBase* aTool, OvGuiMeasurementTool* aPanel, QUndoStack* aStack)
+        : OvGsManipFrame(aTool, aPanel, aStack, probeKind())
+    {
+        initFrame();
+    }
+
+    static Kind probeKind()
+    {
+        Kind kind;
+        kind.context = "ProbeManip";
+        kind.objectType = ManipTestHelper::kCircleType;
+        kind.typeName = "Probe";
+        kind.valueNames = { "Radius", "Diameter" };
+        kind.geometryKey = "nodes";
+        kind.geometryType = QMetaType::QPolygonF;
+        kind.drawButton = RadiusButton;
+        kind.units = { 9 };
+        kind.squaredUnits = true;
+        kind.removalSignal = SIGNAL(signalObjectBeforeRemove(const int, const int));
+        kind.removalSlot = SLOT(slotObjectBeforeRemoveInKernel(const int, const int));
+        kind.followsMediaAndTool = false;
+        return kind;
+    }
+
+    int rebuilt = 0;
+
+protected:
+    KxGsObject* getInProgressItem() const override { return nullptr; }
+    void forgetInProgressItem() override {}
+    void objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData*) override
+    {
+        if (aType == getObjectType())
+            gsObjectMap.insert(anIdx, new OvGsCircle(this, editor, QString(), true));
+    }
+    void objectChangedInKernel(int, int, const KxKernelObjectData*) override {}
+    void recreateGraphicsObjects(QPoint, qint64, bool) override { ++rebuilt; }
+    Measure measureItem(const QString&, const KxGsObject*) const override { return Measure{ true, 42.0, false, 9 }; }
+    Measure measureKeyframes(const QString&, const KxParamKeyframeVector&) const override
+    {
+        return Measure{ true, 42.0, false, 9 };
+    }
+};
+
 class tst_ManipFrame : public QObject
 {
     Q_OBJECT
@@ -59,6 +110,7 @@ private slots:
     void deviceSetFlags();
     void calculatedValuesWithForeignName();
     void secondRegistrationIsInert();
+    void anotherKindOnTheFrame();
 
 private:
     // Two stored lines: 1 from (100, 100) by (60, 80), 2 from (300, 100) by (0, 50).
@@ -488,6 +540,52 @@ void tst_ManipFrame::secondRegistrationIsInert()
     const int before = h->stack->count();
     emit h->panel->signalWidthChanged(4);
     QCOMPARE(h->stack->count(), before + 1);
+}
+
+void tst_ManipFrame::anotherKindOnTheFrame()
+{
+    ProbeManip probe(h->tool, h->panel, h->stack);
+    QVERIFY(probe.isRegistered());
+    QCOMPARE(probe.getAnimatedValueNames(), (QStringList{ QStringLiteral("Radius"), QStringLiteral("Diameter") }));
+    QCOMPARE(h->kernel->getDataDescriptor(ManipTestHelper::kCircleType)->getParamId(QStringLiteral("nodes")), 5);
+
+    // Its button is its own under every distance variant; its units are squared.
+    h->panel->freehandType = 2;
+    h->panel->theRadiusButton->setChecked(true);
+    QCOMPARE(h->editor->getOverrideManipulator(), static_cast<KxGsManipulator*>(&probe));
+    QCOMPARE(h->panel->getUnitsToUse(), QList<int>{9});
+    QVERIFY(h->panel->isSquaredUnits());
+    // Not connected to the tool entry's activation.
+    h->tool->slotActivate(true);
+    h->tool->slotActivate(false);
+    QCOMPARE(h->editor->getOverrideManipulator(), static_cast<KxGsManipulator*>(&probe));
+
+    // Its stored object: degrees whatever the stored unit, geometry rescaled by the default rule.
+    const KxKernelObjectDataDescr* descr = h->kernel->getDataDescriptor(ManipTestHelper::kCircleType);
+    KxParamKeyframeVector keyframes = descr->createKeyframeVector();
+    keyframes[3].setValue(QPoint(11, 21));
+    descr->setValue(keyframes, QStringLiteral("nodes"), QPolygonF(QVector<QPointF>{ QPointF(-3, 0), QPointF(3.5, 1) }));
+    descr->setValue(keyframes, QStringLiteral("ut"), int(OvGuiMeasurementTool::UnitMm));
+    h->stack->push(new CmdCreateObject(ManipTestHelper::kCircleType, 1, new KxKernelObjectData(
+                                           keyframes, descr->getKeyframeTypes(), false)));
+    QString unit;
+    const KxKernelObjectData* data = h->kernel->getObject(ManipTestHelper::kCircleType, 1);
+    QCOMPARE(probe.getCalculatedValue(QStringLiteral("Diameter"), data, unit), QVariant(42.0));
+    QCOMPARE(unit, h->panel->getUnitNameFromType(OvGuiMeasurementTool::UnitDeg));
+    QCOMPARE(probe.getCalculatedValueAsString(QStringLiteral("Radius"), probe.getGsObject(1)),
+             QStringLiteral("42.000 ") + unit);
+
+    h->kernel->setCurrentImageSize(QSize(100, 100));
+    h->kernel->changeCameraResolution(QSize(200, 100));
+    const KxParamKeyframeVector scaled = data->getDefaultKeyframes();
+    QCOMPARE(scaled[3].getValue().toPoint(), QPoint(22, 42));
+    QCOMPARE(descr->getValue(scaled, QStringLiteral("nodes")).value<QPolygonF>(),
+             QPolygonF(QVector<QPointF>{ QPointF(-6, 0), QPointF(7, 2) }));
+    QCOMPARE(probe.rebuilt, 1);
+
+    // Removal reaches it before the object goes.
+    h->stack->undo();
+    QVERIFY(!probe.getGsObject(1));
 }
 
 QTEST_MAIN(tst_ManipFrame)
