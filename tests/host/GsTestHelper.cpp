@@ -11,7 +11,6 @@
 #include <QApplication>
 #include <QGraphicsSceneHoverEvent>
 #include <QGraphicsSceneMouseEvent>
-#include <QKeyEvent>
 #include <QPainter>
 #include <QTest>
 
@@ -155,7 +154,6 @@ TestManipulator::TestManipulator(int aType, QUndoStack* anUndoStack)
         delete descr;
         return;
     }
-    registered = true;
     // Connected by signature, as the plug-in's manipulators do.
     connect(kernelNotifier, SIGNAL(signalObjectCreated(const int, const int, const KxKernelObjectData*)), this,
             SLOT(slotObjectCreatedInKernel(const int, const int, const KxKernelObjectData*)));
@@ -244,11 +242,6 @@ void TestManipulator::mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent)
     anEvent->accept();
 }
 
-void TestManipulator::keyPressEvent(QKeyEvent* anEvent)
-{
-    log << QStringLiteral("key %1").arg(anEvent->key());
-    anEvent->setAccepted(acceptKeys);
-}
 
 void TestManipulator::hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent)
 {

@@ -68,7 +68,6 @@ public:
     void mousePressEvent(QGraphicsSceneMouseEvent* anEvent) override;
     void mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent) override;
     void mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent) override;
-    void keyPressEvent(QKeyEvent* anEvent) override;
     void hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent) override;
     void hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent) override;
     void hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent) override;
@@ -86,8 +85,6 @@ public:
 
     QStringList log;
     QList<qint64> frames;
-    bool acceptKeys = false;
-    bool registered = false;
 
 private slots:
     void slotObjectCreatedInKernel(const int aType, const int anIdx, const KxKernelObjectData* aData);

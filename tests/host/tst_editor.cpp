@@ -33,27 +33,23 @@ class tst_Editor : public QObject
 private slots:
     void cleanup();
 
-    void singleInstance();
     void dragStoredItemWritesPositionUndoably_data();
     void dragStoredItemWritesPositionUndoably();
     void clickOnItemWritesNothing();
     void unstoredItemDoesNotStealPress();
     void pressOnEmptyPictureGoesToManipulator_data();
     void pressOnEmptyPictureGoesToManipulator();
-    void pressOnEmptyWithoutManipulatorClearsCurrent();
-    void ctrlPressAddsToSelection();
+    void selectionByClicks();
     void hiddenItemLetsPressThrough();
     void reshapeIsReportedByItemOnly();
     void hoverGoesToManipulator();
     void trashPressRemovesItemDuringItsOwnPress();
     void deleteKeyRemovesSelected_data();
     void deleteKeyRemovesSelected();
-    void keyAcceptedByManipulatorIsNotDelete();
     void zoomAdjustsItemsAndView_data();
     void zoomAdjustsItemsAndView();
     void currentObjectSignals();
     void overrideManipulatorActivation();
-    void childObjectsExcludeDiscarded();
 
 private:
     std::unique_ptr<GsFixture> fixture;
@@ -67,19 +63,6 @@ private:
 void tst_Editor::cleanup()
 {
     fixture.reset();
-}
-
-void tst_Editor::singleInstance()
-{
-    GsFixture& f = make();
-    QCOMPARE(KxGsEditor::getInstance(), f.editor);
-    QCOMPARE(KxGsEditor::existingInstance(), f.editor);
-    QCOMPARE(KxKernelData::getInstance()->getCurrentView(), f.editor->getView());
-    // A second editor does not take over.
-    KxGsEditor second;
-    QCOMPARE(KxGsEditor::getInstance(), f.editor);
-    QCOMPARE(f.editor->getEditorArea(), QRectF(0, 0, 200, 150));
-    QCOMPARE(f.editor->boundingRect(), f.editor->getEditorArea());
 }
 
 void tst_Editor::dragStoredItemWritesPositionUndoably_data()
@@ -210,28 +193,8 @@ void tst_Editor::pressOnEmptyPictureGoesToManipulator()
     QVERIFY(box->calls.filter("press").size() == 1);
 }
 
-void tst_Editor::pressOnEmptyWithoutManipulatorClearsCurrent()
-{
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* box = manip->addStored(QPointF(10, 10), QSizeF(20, 20));
-    f.editor->setCurrentObject(box, false);
-    QList<const KxGsObject*> current;
-    QObject scope;
-    connect(f.editor, &KxGsEditor::signalCurrentObjectChanged, &scope,
-            [&current](const KxGsObject* anObj) { current << anObj; });
 
-    QTest::mouseClick(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, f.toViewport(QPointF(150, 100)));
-    QVERIFY(!f.editor->getCurrentObject());
-    QVERIFY(f.editor->getSelectedObjects().isEmpty());
-    QCOMPARE(current.count(), 1);
-    QVERIFY(!current.at(0));
-    QVERIFY(!box->isCurrent());
-    QVERIFY(!box->isSelected());
-    QVERIFY(manip->log.filter("press").isEmpty());
-}
-
-void tst_Editor::ctrlPressAddsToSelection()
+void tst_Editor::selectionByClicks()
 {
     GsFixture& f = make();
     TestManipulator* manip = f.addManipulator(kBoxType);
@@ -249,6 +212,16 @@ void tst_Editor::ctrlPressAddsToSelection()
     QTest::mouseClick(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, f.toViewport(QPointF(105, 105)));
     QCOMPARE(f.editor->getSelectedObjects(), QList<KxGsObject*>({c}));
     QVERIFY(!a->isSelected() && !b->isSelected() && c->isSelected());
+
+    // Without an override manipulator a press on the bare picture clears.
+    QList<const KxGsObject*> current;
+    QObject scope;
+    connect(f.editor, &KxGsEditor::signalCurrentObjectChanged, &scope,
+            [&current](const KxGsObject* anObj) { current << anObj; });
+    QTest::mouseClick(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, f.toViewport(QPointF(150, 60)));
+    QCOMPARE(current, QList<const KxGsObject*>({nullptr}));
+    QVERIFY(f.editor->getSelectedObjects().isEmpty());
+    QVERIFY(!c->isSelected() && !c->isCurrent());
 }
 
 void tst_Editor::hiddenItemLetsPressThrough()
@@ -403,24 +376,6 @@ void tst_Editor::deleteKeyRemovesSelected()
     QCOMPARE(KxKernelData::getInstance()->getObjectsOfType(kBoxType).size(), 4 - selected);
 }
 
-void tst_Editor::keyAcceptedByManipulatorIsNotDelete()
-{
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* box = manip->addStored(QPointF(10, 10), QSizeF(20, 20));
-    f.editor->setCurrentObject(box, false);
-    f.editor->setOverrideManipulator(manip);
-    manip->acceptKeys = true;
-    f.editor->setFocus();
-    QTest::keyClick(f.view, Qt::Key_Delete);
-    QVERIFY(manip->log.contains(QStringLiteral("key %1").arg(int(Qt::Key_Delete))));
-    QVERIFY(KxKernelData::getInstance()->getObject(kBoxType, 1));
-
-    manip->acceptKeys = false;
-    QTest::keyClick(f.view, Qt::Key_Delete);
-    QVERIFY(!KxKernelData::getInstance()->getObject(kBoxType, 1));
-}
-
 void tst_Editor::zoomAdjustsItemsAndView_data()
 {
     QTest::addColumn<double>("zoom");
@@ -520,23 +475,6 @@ void tst_Editor::overrideManipulatorActivation()
     f.editor->setOverrideManipulator(a);
     delete a;
     QVERIFY(!f.editor->getOverrideManipulator());
-}
-
-void tst_Editor::childObjectsExcludeDiscarded()
-{
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* a = manip->addStored(QPointF(10, 10), QSizeF(20, 20));
-    TestGsItem* b = manip->addUnstored(QPointF(50, 10), QSizeF(20, 20));
-    TestGsItem* c = manip->addStored(QPointF(90, 10), QSizeF(20, 20));
-    auto* plain = new QGraphicsRectItem(0, 0, 5, 5, f.editor);
-    Q_UNUSED(plain);
-    QCOMPARE(f.editor->getAllChildGsObjects(), QList<KxGsObject*>({a, b, c}));
-    b->discard();
-    QCOMPARE(f.editor->getAllChildGsObjects(), QList<KxGsObject*>({a, c}));
-    QVERIFY(!f.editor->isGsObjectFound(b));
-    QVERIFY(f.editor->isGsObjectFound(c));
-    QVERIFY(!f.editor->isGsObjectFound(nullptr));
 }
 
 QTEST_MAIN(tst_Editor)

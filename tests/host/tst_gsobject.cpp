@@ -25,7 +25,6 @@ private slots:
 
     void linesIntersect_data();
     void linesIntersect();
-    void pensAndFlags();
     void labelText_data();
     void labelText();
     void labelKeptInsideArea_data();
@@ -33,10 +32,8 @@ private slots:
     void labelLeaderLine();
     void trashVisibility_data();
     void trashVisibility();
-    void buttonParts();
     void activeButtonsActLikeRadioButtons();
     void labelDragMovesOnlyTheLabel();
-    void hiddenItemShowsNothing();
     void paintWithChildrenDrawsLabel();
 
 private:
@@ -112,30 +109,6 @@ void tst_GsObject::linesIntersect()
         QPointF other;
         QVERIFY(!KxGsObject::linesIntersect(b1, b2, a1, a2, other));
     }
-}
-
-void tst_GsObject::pensAndFlags()
-{
-    TestGsItem box(nullptr, nullptr, kBoxType, QSizeF(10, 10));
-    box.setColor(QColor(10, 20, 30));
-    box.setPenStyle(Qt::DashLine, 5);
-    QCOMPARE(box.getColor(), QColor(10, 20, 30));
-    QCOMPARE(box.normalPen.color(), QColor(10, 20, 30));
-    QCOMPARE(box.penStyle, Qt::DashLine);
-    QCOMPARE(box.penWidth, 5);
-    QCOMPARE(box.currentPen.style(), Qt::DashLine);
-    QCOMPARE(box.normalPen.width(), 5);
-    box.setStep(12.5, QStringLiteral("um"));
-    QCOMPARE(box.getStep(), 12.5);
-    QCOMPARE(box.getStepUnitName(), QStringLiteral("um"));
-    box.setLocked(true);
-    QVERIFY(box.isLocked());
-    QVERIFY(box.isScaleAdjustAllowed());
-    QCOMPARE(KxGsObject::kDefaultSelSize, 8);
-    // Items never take scene mouse or hover events themselves.
-    QCOMPARE(box.acceptedMouseButtons(), Qt::NoButton);
-    QVERIFY(!box.acceptHoverEvents());
-    QCOMPARE(box.getTrashButton()->acceptedMouseButtons(), Qt::NoButton);
 }
 
 void tst_GsObject::labelText_data()
@@ -291,35 +264,6 @@ void tst_GsObject::trashVisibility()
     QCOMPARE(box->getTrashButton()->isVisible(), visible);
 }
 
-void tst_GsObject::buttonParts()
-{
-    GsFixture& f = make();
-    f.editor->setZoom(2.0);
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* box = manip->addStored(QPointF(20, 20), QSizeF(30, 30));
-    f.editor->setCurrentObject(box, false);
-    box->setName(QStringLiteral("Box"));
-    box->setLabelVisible(true);
-    box->setLabelPos(QPointF(0, 40));
-    box->setTrashPos(QPointF(40, 0));
-    box->setActivePos(QPointF(-20, 0));
-    box->allowActiveVisible(true);
-
-    int part = 99;
-    QVERIFY(box->isPointOnObject(QPointF(1, 41), part, 0));
-    QCOMPARE(part, int(OvGsObject::PartLabel));
-    // The 20-pixel trash button covers 10 item units at zoom 2.
-    QVERIFY(box->isPointOnObject(QPointF(49, 9), part, 0));
-    QCOMPARE(part, int(OvGsObject::PartTrash));
-    QVERIFY(!box->isPointOnTrash(QPointF(51, 9)));
-    QVERIFY(box->isPointOnObject(QPointF(-11, 1), part, 0));
-    QCOMPARE(part, int(OvGsObject::PartActive));
-    QVERIFY(box->isPointOnActiveButton(QPointF(-19, 9)));
-    QVERIFY(!box->isPointOnActiveButton(QPointF(-21, 1)));
-    box->allowActiveVisible(false);
-    QVERIFY(!box->isPointOnActiveButton(QPointF(-19, 9)));
-}
-
 void tst_GsObject::activeButtonsActLikeRadioButtons()
 {
     GsFixture& f = make();
@@ -377,21 +321,6 @@ void tst_GsObject::labelDragMovesOnlyTheLabel()
     QCOMPARE(box->getLabelPos(), QPointF(35, 15));
     QCOMPARE(box->pos(), QPointF(20, 20));
     QCOMPARE(f.stack.count(), count);
-}
-
-void tst_GsObject::hiddenItemShowsNothing()
-{
-    TestGsItem box(nullptr, nullptr, kBoxType, QSizeF(10, 10));
-    box.setName(QStringLiteral("Box"));
-    box.setLabelVisible(true);
-    box.allowActiveVisible(true);
-    QVERIFY(box.isPointOnLabel(box.getLabelPos() + QPointF(1, 1)));
-    box.setAlwaysHidden(true);
-    QVERIFY(box.hidden);
-    QVERIFY(!box.isPointOnLabel(box.getLabelPos() + QPointF(1, 1)));
-    QVERIFY(!box.getActiveButton()->isVisible());
-    box.setAlwaysHidden(false);
-    QVERIFY(box.isPointOnLabel(box.getLabelPos() + QPointF(1, 1)));
 }
 
 void tst_GsObject::paintWithChildrenDrawsLabel()

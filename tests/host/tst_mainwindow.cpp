@@ -46,7 +46,6 @@ private slots:
     void cleanup();
 
     void configurationPages();
-    void editorLivesInTheWindow();
     void ctrlWheelZoomsAroundCursor_data();
     void ctrlWheelZoomsAroundCursor();
     void plainWheelDoesNotZoom();
@@ -107,17 +106,6 @@ void tst_MainWindow::configurationPages()
     panel->show();
     QVERIFY(panel->isVisible());
     QVERIFY(panel->isWindow());
-}
-
-void tst_MainWindow::editorLivesInTheWindow()
-{
-    KxGsEditor* editor = window->getEditor();
-    QCOMPARE(editor, KxGsEditor::getInstance());
-    QCOMPARE(editor->scene(), window->getScene());
-    QCOMPARE(window->getView()->scene(), window->getScene());
-    QVERIFY(window->getUndoStack());
-    QCOMPARE(window->getScene()->sceneRect(), editor->sceneBoundingRect());
-    QCOMPARE(window->centralWidget(), window->getView());
 }
 
 void tst_MainWindow::ctrlWheelZoomsAroundCursor_data()

@@ -25,16 +25,6 @@ QVariant storedValue(int anIdx, int anId, qint64 aFrame = 0)
     return data ? data->getKeyframesAt(aFrame)[anId].getValue() : QVariant();
 }
 
-// A manipulator that relies on every default of the base.
-class PlainManipulator : public KxGsManipulator
-{
-public:
-    explicit PlainManipulator(QUndoStack* anUndoStack)
-        : KxGsManipulator(nullptr, anUndoStack)
-    {
-    }
-    int getObjectType() const override { return kOtherType; }
-};
 
 } // namespace
 
@@ -49,15 +39,11 @@ private slots:
     void setParamValue();
     void animatedObjectWrittenAtCurrentFrame_data();
     void animatedObjectWrittenAtCurrentFrame();
-    void readParamValue();
     void removeStoredAndUnstored();
-    void removalSlotsIgnoreOtherTypes();
     void displayValue_data();
     void displayValue();
-    void showValueFromKernel();
     void kernelValueText();
     void frameReadyReachesDerivedSlot();
-    void baseDefaults();
     void destroyedManipulatorTakesItsItems();
     void magnifierShowsEnlargedPicture_data();
     void magnifierShowsEnlargedPicture();
@@ -182,25 +168,6 @@ void tst_ManipulatorBase::animatedObjectWrittenAtCurrentFrame()
     QCOMPARE(storedValue(1, 6, 10).toInt(), 2);
 }
 
-void tst_ManipulatorBase::readParamValue()
-{
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* box = manip->addStored(QPointF(20, 30), QSizeF(10, 12));
-    TestGsItem* loose = manip->addUnstored(QPointF(0, 0), QSizeF(1, 1));
-    QCOMPARE(manip->getGsObjectParamValue(box, QStringLiteral("size")).toSizeF(), QSizeF(10, 12));
-    QCOMPARE(manip->getGsObjectParamValue(box, 3u).toPoint(), QPoint(20, 30));
-    QVERIFY(!manip->getGsObjectParamValue(box, QStringLiteral("nope")).isValid());
-    QVERIFY(!manip->getGsObjectParamValue(box, 42u).isValid());
-    QVERIFY(!manip->getGsObjectParamValue(loose, 3u).isValid());
-    QVERIFY(!manip->getGsObjectParamValue(nullptr, 3u).isValid());
-    QCOMPARE(manip->getObjectIdx(box), 1);
-    QCOMPARE(manip->getObjectIdx(loose), -1);
-    QVERIFY(manip->getGsObject(1) == box);
-    QVERIFY(!manip->getGsObject(2));
-    QVERIFY(!manip->setGsObjectParamValue(nullptr, 1u, QVariant(QColor(Qt::red))));
-}
-
 void tst_ManipulatorBase::removeStoredAndUnstored()
 {
     GsFixture& f = make();
@@ -238,22 +205,6 @@ void tst_ManipulatorBase::removeStoredAndUnstored()
     QCOMPARE(f.stack.count(), count + 1);
 }
 
-void tst_ManipulatorBase::removalSlotsIgnoreOtherTypes()
-{
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* box = manip->addStored(QPointF(20, 30), QSizeF(10, 12));
-    manip->slotObjectRemovedInKernel(kOtherType, 1);
-    manip->slotObjectBeforeRemoveInKernel(kOtherType, 1);
-    QVERIFY(manip->getGsObject(1) == box);
-    QVERIFY(f.editor->isGsObjectFound(box));
-    manip->slotObjectRemovedInKernel(kBoxType, 7);
-    QVERIFY(manip->getGsObject(1) == box);
-    manip->slotObjectRemovedInKernel(kBoxType, 1);
-    QVERIFY(!manip->getGsObject(1));
-    QVERIFY(!f.editor->isGsObjectFound(box));
-}
-
 void tst_ManipulatorBase::displayValue_data()
 {
     QTest::addColumn<QString>("valueName");
@@ -287,18 +238,6 @@ void tst_ManipulatorBase::displayValue()
     manip->updateDisplayValue(nullptr, valueName, store, true);
 }
 
-void tst_ManipulatorBase::showValueFromKernel()
-{
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* box = manip->addStored(QPointF(20, 30), QSizeF(10, 12));
-    QVERIFY(KxKernelData::getInstance()->showObjectValue(kBoxType, 1, QStringLiteral("Width")));
-    QCOMPARE(box->getDisplayValue(), QStringLiteral("10 px"));
-    QCOMPARE(manip->getValueNameToDisplay(box), QStringLiteral("Width"));
-    manip->slotObjectShowValueInKernel(kOtherType, 1, QStringLiteral("Area"));
-    QCOMPARE(box->getDisplayValue(), QStringLiteral("10 px"));
-}
-
 void tst_ManipulatorBase::kernelValueText()
 {
     GsFixture& f = make();
@@ -311,53 +250,15 @@ void tst_ManipulatorBase::kernelValueText()
     QCOMPARE(manip->getCalculatedValueAsString(QStringLiteral("Area"), static_cast<const KxKernelObjectData*>(nullptr)),
              QString());
 
-    PlainManipulator plain(&f.stack);
-    QStringList units {QStringLiteral("stale")};
-    const QList<QVariant> values = plain.getCalculatedValues({"a", "b", "c"}, data, units);
-    QCOMPARE(values.size(), 3);
-    QCOMPARE(units, QStringList({"", "", ""}));
-    QVERIFY(!values.at(1).isValid());
-    QCOMPARE(plain.getCalculatedValueAsString(QStringLiteral("a"), data), QString());
 }
 
 void tst_ManipulatorBase::frameReadyReachesDerivedSlot()
 {
     GsFixture& f = make();
     TestManipulator* manip = f.addManipulator(kBoxType);
-    PlainManipulator plain(&f.stack);
     KxKernelData::getInstance()->setCurrentFrame(7);
     KxKernelData::getInstance()->setCurrentFrame(9);
     QCOMPARE(manip->frames, QList<qint64>({7, 9}));
-}
-
-void tst_ManipulatorBase::baseDefaults()
-{
-    GsFixture& f = make();
-    PlainManipulator plain(&f.stack);
-    QString unit = QStringLiteral("stale");
-    QVERIFY(!plain.getCalculatedValue(QStringLiteral("x"), nullptr, unit).isValid());
-    QVERIFY(unit.isEmpty());
-    QCOMPARE(plain.getGsObjectFlags(nullptr), 0);
-    QVERIFY(plain.getCustomActions().isEmpty());
-    QVERIFY(!plain.allObjectsNeedRecalc());
-    QCOMPARE(plain.getObjectTypeNames(), QStringList({plain.getObjectTypeName(0)}));
-    QVERIFY(plain.getAnimatedValueNames().isEmpty());
-    QCOMPARE(plain.createObjectFromContour(KxCVSequence(0, 8), QString()), -1);
-    QVERIFY(!plain.getIconSet(QStringLiteral("measure")).isNull());
-    QVERIFY(plain.getIconSet(QStringLiteral("no-such-icon")).isNull());
-
-    QGraphicsSceneMouseEvent press(QEvent::GraphicsSceneMousePress);
-    press.setAccepted(true);
-    plain.mousePressEvent(&press);
-    QVERIFY(!press.isAccepted());
-    QGraphicsSceneDragDropEvent drag(QEvent::GraphicsSceneDragMove);
-    drag.setAccepted(false);
-    plain.dragMoveEvent(&drag);
-    QVERIFY(drag.isAccepted());
-    QGraphicsSceneContextMenuEvent menu(QEvent::GraphicsSceneContextMenu);
-    menu.setAccepted(true);
-    plain.contextMenuEvent(&menu);
-    QVERIFY(!menu.isAccepted());
 }
 
 void tst_ManipulatorBase::destroyedManipulatorTakesItsItems()
