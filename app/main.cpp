@@ -1,4 +1,5 @@
 #include "KxAppSettings.h"
+#include "KxSignalCenter.h"
 #include "OvGestureReplayer.h"
 #include "OvGestureScript.h"
 #include "OvMeasurementExporter.h"
@@ -145,7 +146,8 @@ int main(int argc, char* argv[])
         window.reportError(QStringLiteral("cannot write %1").arg(parser.value(screenshot)));
         code = code == ExitOk ? ExitBadInput : code;
     }
-    if (batch)
-        return code;
-    return app.exec();
+    if (!batch)
+        code = app.exec();
+    Q_EMIT KxSignalCenter::getInstance()->signalAppAboutToClose();
+    return code;
 }
