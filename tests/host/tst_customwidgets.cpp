@@ -109,7 +109,7 @@ void tst_CustomWidgets::spinBoxSelectsOnFocusAndLeavesOnEnter()
     QVERIFY(QTest::qWaitForWindowActive(&window));
 
     other->setFocus();
-    spin->setFocus(Qt::TabFocusReason);
+    spin->setFocus(Qt::MouseFocusReason);
     QCoreApplication::processEvents();
     QVERIFY(spin->hasFocus());
     QCOMPARE(spin->findChild<QLineEdit*>()->selectedText(), QStringLiteral("7"));
