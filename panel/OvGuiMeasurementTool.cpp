@@ -107,6 +107,8 @@ OvGuiMeasurementTool::OvGuiMeasurementTool(QWidget* aParent)
     const int scalePercent = readInt(kKeyScalingFactor, 100);
     scale = (scalePercent > 0 ? scalePercent : 100) / 100.0;
     const QString sheet = OvCommonStyle::generalStyleSheet(scale);
+    // A plain QWidget paints no style-sheet background unless asked to.
+    setAttribute(Qt::WA_StyledBackground, true);
     setStyleSheet(sheet);
     OvCommonStyle::resizeWidget(this, scale);
     OvCommonStyle::resizeHelper(this, scale, true, false);
