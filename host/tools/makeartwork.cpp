@@ -68,9 +68,12 @@ QString writeSvg(const QDir& aDir, const Icon& anIcon, const Variant& aVariant)
     QTextStream stream(&out);
     stream << "<svg xmlns='http://www.w3.org/2000/svg' width='24' height='24' viewBox='0 0 24 24' fill='none' "
               "stroke='" << aVariant.color
-           << "' stroke-width='1.5' stroke-linecap='round' stroke-linejoin='round'>"
-           << QString::fromLatin1(anIcon.body).replace(QLatin1String("%1"), QLatin1String(aVariant.color))
-           << "</svg>\n";
+           << "' stroke-width='1.5' stroke-linecap='round' stroke-linejoin='round'>";
+    const QString body = QString::fromLatin1(anIcon.body).replace(QLatin1String("%1"), QLatin1String(aVariant.color));
+    // The white hover strokes also sit on light menus: a soft dark halo keeps them visible there.
+    if (QLatin1String(aVariant.suffix) == QLatin1String("hover"))
+        stream << "<g stroke='#303030' stroke-width='3.2' stroke-opacity='0.6'>" << body << "</g>";
+    stream << body << "</svg>\n";
     return file;
 }
 
