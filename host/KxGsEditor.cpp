@@ -19,6 +19,20 @@
 #include <algorithm>
 #include <cmath>
 
+namespace {
+
+// Hands an event the editor does not handle itself to the override
+// manipulator; without one the event stays ignored.
+template <typename Event>
+void forwardIgnored(KxGsManipulator* aManipulator, Event* anEvent, void (KxGsManipulator::*aHandler)(Event*))
+{
+    anEvent->ignore();
+    if (aManipulator)
+        (aManipulator->*aHandler)(anEvent);
+}
+
+} // namespace
+
 KxGsEditor* KxGsEditor::theInstance = nullptr;
 
 KxGsEditor::KxGsEditor(QGraphicsItem* aParent)
@@ -415,16 +429,12 @@ void KxGsEditor::hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent)
 
 void KxGsEditor::wheelEvent(QGraphicsSceneWheelEvent* anEvent)
 {
-    anEvent->ignore();
-    if (overrideManipulator)
-        overrideManipulator->wheelEvent(anEvent);
+    forwardIgnored(overrideManipulator.data(), anEvent, &KxGsManipulator::wheelEvent);
 }
 
 void KxGsEditor::contextMenuEvent(QGraphicsSceneContextMenuEvent* anEvent)
 {
-    anEvent->ignore();
-    if (overrideManipulator)
-        overrideManipulator->contextMenuEvent(anEvent);
+    forwardIgnored(overrideManipulator.data(), anEvent, &KxGsManipulator::contextMenuEvent);
 }
 
 void KxGsEditor::keyPressEvent(QKeyEvent* anEvent)
@@ -445,35 +455,25 @@ void KxGsEditor::keyPressEvent(QKeyEvent* anEvent)
 
 void KxGsEditor::keyReleaseEvent(QKeyEvent* anEvent)
 {
-    anEvent->ignore();
-    if (overrideManipulator)
-        overrideManipulator->keyReleaseEvent(anEvent);
+    forwardIgnored(overrideManipulator.data(), anEvent, &KxGsManipulator::keyReleaseEvent);
 }
 
 void KxGsEditor::dragEnterEvent(QGraphicsSceneDragDropEvent* anEvent)
 {
-    anEvent->ignore();
-    if (overrideManipulator)
-        overrideManipulator->dragEnterEvent(anEvent);
+    forwardIgnored(overrideManipulator.data(), anEvent, &KxGsManipulator::dragEnterEvent);
 }
 
 void KxGsEditor::dragMoveEvent(QGraphicsSceneDragDropEvent* anEvent)
 {
-    anEvent->ignore();
-    if (overrideManipulator)
-        overrideManipulator->dragMoveEvent(anEvent);
+    forwardIgnored(overrideManipulator.data(), anEvent, &KxGsManipulator::dragMoveEvent);
 }
 
 void KxGsEditor::dragLeaveEvent(QGraphicsSceneDragDropEvent* anEvent)
 {
-    anEvent->ignore();
-    if (overrideManipulator)
-        overrideManipulator->dragLeaveEvent(anEvent);
+    forwardIgnored(overrideManipulator.data(), anEvent, &KxGsManipulator::dragLeaveEvent);
 }
 
 void KxGsEditor::dropEvent(QGraphicsSceneDragDropEvent* anEvent)
 {
-    anEvent->ignore();
-    if (overrideManipulator)
-        overrideManipulator->dropEvent(anEvent);
+    forwardIgnored(overrideManipulator.data(), anEvent, &KxGsManipulator::dropEvent);
 }

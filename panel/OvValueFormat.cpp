@@ -30,6 +30,21 @@ QString formatLarge(double aValue)
     return formatValue(roundHalfUp(aValue / 1000.0), 1000, 6);
 }
 
+// The bands below 1, 100, 1000 and 10000 and then the large ones: shared by
+// millimetres, mils and micrometres.
+QString formatFromOneUp(double aValue)
+{
+    if (aValue < 1.0)
+        return formatValue(roundHalfUp(aValue * 10000.0), 10000, 0);
+    if (aValue < 100.0)
+        return formatValue(roundHalfUp(aValue * 1000.0), 1000, 0);
+    if (aValue < 1000.0)
+        return formatValue(roundHalfUp(aValue * 100.0), 100, 0);
+    if (aValue < 10000.0)
+        return formatValue(roundHalfUp(aValue * 10.0), 10, 0);
+    return formatLarge(aValue);
+}
+
 } // namespace
 
 QString formatValue(int aValue, int aDivisor, int anExponent)
@@ -70,15 +85,7 @@ QString calcDisplayValueMm(double aValue)
         return formatValue(roundHalfUp(aValue * 1e6), 1000, -3);
     if (aValue < 0.1)
         return formatValue(roundHalfUp(aValue * 100000.0), 100, -3);
-    if (aValue < 1.0)
-        return formatValue(roundHalfUp(aValue * 10000.0), 10000, 0);
-    if (aValue < 100.0)
-        return formatValue(roundHalfUp(aValue * 1000.0), 1000, 0);
-    if (aValue < 1000.0)
-        return formatValue(roundHalfUp(aValue * 100.0), 100, 0);
-    if (aValue < 10000.0)
-        return formatValue(roundHalfUp(aValue * 10.0), 10, 0);
-    return formatLarge(aValue);
+    return formatFromOneUp(aValue);
 }
 
 QString calcDisplayValueMil(double aValue)
@@ -87,30 +94,14 @@ QString calcDisplayValueMil(double aValue)
         return formatValue(0, 1, 0);
     if (aValue < 0.1)
         return formatValue(roundHalfUp(aValue * 10000.0), 10, -3);
-    if (aValue < 1.0)
-        return formatValue(roundHalfUp(aValue * 10000.0), 10000, 0);
-    if (aValue < 100.0)
-        return formatValue(roundHalfUp(aValue * 1000.0), 1000, 0);
-    if (aValue < 1000.0)
-        return formatValue(roundHalfUp(aValue * 100.0), 100, 0);
-    if (aValue < 10000.0)
-        return formatValue(roundHalfUp(aValue * 10.0), 10, 0);
-    return formatLarge(aValue);
+    return formatFromOneUp(aValue);
 }
 
 QString calcDisplayValueUm(double aValue)
 {
     if (std::isnan(aValue))
         return formatValue(0, 1, 0);
-    if (aValue < 1.0)
-        return formatValue(roundHalfUp(aValue * 10000.0), 10000, 0);
-    if (aValue < 100.0)
-        return formatValue(roundHalfUp(aValue * 1000.0), 1000, 0);
-    if (aValue < 1000.0)
-        return formatValue(roundHalfUp(aValue * 100.0), 100, 0);
-    if (aValue < 10000.0)
-        return formatValue(roundHalfUp(aValue * 10.0), 10, 0);
-    return formatLarge(aValue);
+    return formatFromOneUp(aValue);
 }
 
 QString calcDisplayValueNm(double aValue)
