@@ -2,23 +2,14 @@
 
 #include "KxGsManipulator.h"
 
-#include <QMouseEvent>
 #include <QPainter>
 #include <QPen>
 #include <QtMath>
 
 namespace {
 
-const double kNodeSize = 11.0;
-const double kTrashOffset = 10.0;
-const QColor kNodeColor(49, 49, 49, 255);
 // Centres further out than this come from nonsense nodes and would overflow qRound.
 const double kMaxCentreOffset = 1.0e9;
-
-QPointF roundedPoint(const QPointF& aPoint)
-{
-    return QPointF(qRound(aPoint.x()), qRound(aPoint.y()));
-}
 
 bool isUsableOffset(double aValue)
 {
@@ -28,16 +19,8 @@ bool isUsableOffset(double aValue)
 } // namespace
 
 OvGsCircle::OvGsCircle(KxGsManipulator* aManipulator, QGraphicsItem* aParent, const QString& aName, bool aRadiusMode)
-    : OvGsObject(aManipulator, aParent, aName)
+    : OvGsHandleShape(aManipulator, aParent, aName)
     , radius(0.0)
-    , lastMousePos(0.0, 0.0)
-    , moving(false)
-    , reshaping(false)
-    , selSize(KxGsObject::kDefaultSelSize)
-    , nodeSize(kNodeSize)
-    , trashOffset(kTrashOffset, kTrashOffset)
-    , penScale(1.0)
-    , activeNode(-1)
     , radiusMode(aRadiusMode)
 {
 }
@@ -52,39 +35,19 @@ void OvGsCircle::setDisplayValue(const QString& aValue)
     OvGsObject::setDisplayValue((radiusMode ? tr("R") : tr("D")) + aValue);
 }
 
-void OvGsCircle::adjustScale(double aZoom)
-{
-    if (!(aZoom > 0.0) || !qIsFinite(aZoom))
-        return;
-    prepareGeometryChange();
-    OvGsObject::adjustScale(aZoom);
-    selSize = KxGsObject::kDefaultSelSize / aZoom;
-    penScale = 1.0 / aZoom;
-    nodeSize = kNodeSize / aZoom;
-    if (isScaleAdjustAllowed())
-        trashOffset = QPointF(kTrashOffset / aZoom, kTrashOffset / aZoom);
-    update();
-}
-
 int OvGsCircle::type() const
 {
     return Type;
 }
 
-bool OvGsCircle::isPointOnObject(const QPointF& aPoint, int& aPart, int aTol) const
+bool OvGsCircle::isPointOnBody(const QPointF& aPoint, int aTol) const
 {
-    if (OvGsObject::isPointOnObject(aPoint, aPart, aTol))
-        return true;
-    aPart = 0;
-    if (nodes.size() == 3 && radius > 0.0) {
-        // The disc itself, grown by half the tolerance so the rim is easy to catch.
-        const QPointF point = roundedPoint(aPoint);
-        const double margin = qMax(selSize, double(aTol)) / 2.0;
-        if (qSqrt(QPointF::dotProduct(point, point)) <= radius + margin)
-            return true;
-    }
-    int scratch = -1;
-    return isPointOnNode(aPoint, scratch, aTol);
+    if (nodes.size() != 3 || !(radius > 0.0))
+        return false;
+    // The disc itself, grown by half the tolerance so the rim is easy to catch.
+    const QPointF point = roundedPoint(aPoint);
+    const double margin = qMax(selSize, double(aTol)) / 2.0;
+    return qSqrt(QPointF::dotProduct(point, point)) <= radius + margin;
 }
 
 bool OvGsCircle::isRectContainsObject(const QRectF& aRect) const
@@ -92,110 +55,12 @@ bool OvGsCircle::isRectContainsObject(const QRectF& aRect) const
     return aRect.contains(QRectF(-radius, -radius, 2.0 * radius, 2.0 * radius));
 }
 
-void OvGsCircle::moveObjectBy(const QPointF& aDelta)
-{
-    OvGsObject::moveObjectBy(aDelta);
-    setPos(pos() + aDelta);
-    ensureLabelVisible();
-}
-
-bool OvGsCircle::isMoving() const
-{
-    return moving;
-}
-
-bool OvGsCircle::isReshaping() const
-{
-    return reshaping;
-}
-
-void OvGsCircle::manipMousePressEvent(QMouseEvent* anEvent)
-{
-    moving = false;
-    reshaping = false;
-    setPenStyle(penStyle, penWidth);
-    anEvent->ignore();
-    if (hidden || isLocked() || !isVisible())
-        return;
-
-    OvGsObject::manipMousePressEvent(anEvent);
-    if (anEvent->isAccepted()) {
-        reshaping = isPointOnLabel(QPointF(anEvent->pos()));
-        return;
-    }
-
-    const int tol = int(selSize);
-    if (isPointOnNode(QPointF(anEvent->pos()), activeNode, tol)) {
-        reshaping = true;
-        lastMousePos = pointerInParent(anEvent);
-        anEvent->accept();
-        return;
-    }
-    int scratch = 0;
-    if (isPointOnObject(anEvent->localPos(), scratch, tol)) {
-        moving = true;
-        lastMousePos = pointerInParent(anEvent);
-        anEvent->accept();
-        return;
-    }
-    anEvent->ignore();
-}
-
-void OvGsCircle::manipMouseMoveEvent(QMouseEvent* anEvent)
-{
-    anEvent->ignore();
-    OvGsObject::manipMouseMoveEvent(anEvent);
-    if (anEvent->isAccepted())
-        return;
-
-    const QPointF pointer = pointerInParent(anEvent);
-    if (moving) {
-        setPos(pos() + (pointer - lastMousePos));
-        ensureLabelVisible();
-    } else if (reshaping && activeNode >= 0 && activeNode < nodes.size()) {
-        const QPointF labelOffset = getLabelPos() - nodes.at(0);
-        prepareGeometryChange();
-        nodes[activeNode] = QPointF(anEvent->pos());
-        recalcGeometry();
-        if (activeNode == 0)
-            setLabelPos(nodes.at(0) + labelOffset);
-        update();
-    }
-    lastMousePos = pointer;
-    anEvent->accept();
-}
-
-void OvGsCircle::manipMouseReleaseEvent(QMouseEvent* anEvent)
-{
-    anEvent->ignore();
-    OvGsObject::manipMouseReleaseEvent(anEvent);
-    if (anEvent->isAccepted()) {
-        moving = false;
-        reshaping = false;
-        return;
-    }
-    if (reshaping) {
-        if (KxGsManipulator* owner = getManipulator())
-            owner->gsObjectChangedShape(this);
-        moving = false;
-        reshaping = false;
-        anEvent->accept();
-    } else if (moving) {
-        moving = false;
-        anEvent->accept();
-    }
-}
-
 void OvGsCircle::paint(QPainter* aPainter, const QStyleOptionGraphicsItem*, QWidget*)
 {
     if (hidden)
         return;
     aPainter->save();
-    QPen pen = (isSelected() || isCurrent()) ? currentPen : normalPen;
-    if (reshaping && !solidEdit)
-        pen.setStyle(Qt::DashLine);
-    // Hairline-thin lines look washed out when antialiased.
-    aPainter->setRenderHint(QPainter::Antialiasing, pen.widthF() * aPainter->transform().m11() >= 1.0);
+    QPen pen = prepareOutline(aPainter);
     aPainter->setBrush(Qt::NoBrush);
     aPainter->setPen(pen);
 
@@ -211,8 +76,7 @@ void OvGsCircle::paint(QPainter* aPainter, const QStyleOptionGraphicsItem*, QWid
     }
 
     if (!nodes.isEmpty() && isCurrent() && !moving) {
-        aPainter->setPen(QPen(QBrush(kNodeColor, Qt::SolidPattern), penScale, Qt::SolidLine, Qt::SquareCap,
-                              Qt::BevelJoin));
+        aPainter->setPen(handlePen());
         for (const QPointF& node : nodes)
             aPainter->drawRect(nodeRect(node));
     }
@@ -332,8 +196,7 @@ void OvGsCircle::recalcGeometry()
 bool OvGsCircle::isPointOnNode(const QPointF& aPoint, int& anIndex, int aTol) const
 {
     anIndex = -1;
-    const int half = aTol / 2;
-    const QRectF probe(aPoint - QPointF(half, half), QSizeF(aTol, aTol));
+    const QRectF probe = probeRect(aPoint, aTol);
     const int count = qMin(3, nodes.size());
     for (int i = 0; i < count; ++i) {
         if (probe.intersects(nodeRect(nodes.at(i)))) {
@@ -344,12 +207,22 @@ bool OvGsCircle::isPointOnNode(const QPointF& aPoint, int& anIndex, int aTol) co
     return false;
 }
 
-QRectF OvGsCircle::nodeRect(const QPointF& aCentre) const
+int OvGsCircle::handleAt(const QPointF& aPoint, int aTol) const
 {
-    return QRectF(aCentre - QPointF(nodeSize / 2.0, nodeSize / 2.0), QSizeF(nodeSize, nodeSize));
+    int index = -1;
+    isPointOnNode(aPoint, index, aTol);
+    return index;
 }
 
-QPointF OvGsCircle::pointerInParent(const QMouseEvent* anEvent) const
+void OvGsCircle::dragHandle(int aHandle, const QPointF& aPoint, const QPointF&)
 {
-    return roundedPoint(mapToParent(anEvent->localPos()));
+    if (aHandle < 0 || aHandle >= nodes.size())
+        return;
+    const QPointF labelOffset = getLabelPos() - nodes.at(0);
+    prepareGeometryChange();
+    nodes[aHandle] = aPoint;
+    recalcGeometry();
+    if (aHandle == 0)
+        setLabelPos(nodes.at(0) + labelOffset);
+    update();
 }

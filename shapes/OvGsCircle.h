@@ -1,13 +1,12 @@
 #pragma once
 
-#include "OvGsObject.h"
+#include "OvGsHandleShape.h"
 
 #include <QPointF>
 #include <QString>
 #include <QVector>
 
 class KxGsManipulator;
-class QMouseEvent;
 class QPainter;
 class QStyleOptionGraphicsItem;
 class QWidget;
@@ -16,9 +15,9 @@ class QWidget;
 // the node squares while current, and a label showing the radius or the diameter. Once
 // three nodes are known the item's origin is the centre (snapped to whole units) and
 // the nodes are relative to it. Dragging a node reshapes the circle and is reported to
-// the manipulator on release through KxGsManipulator::gsObjectChangedShape(); dragging
-// the body moves it and is not reported.
-class OvGsCircle : public OvGsObject
+// the manipulator on release; dragging the body moves it. The trash button sits at
+// node 0 plus trashOffset and follows a new zoom at the next fit.
+class OvGsCircle : public OvGsHandleShape
 {
     Q_OBJECT
 
@@ -30,22 +29,8 @@ public:
 
     // Prefixes the value with "R" or "D" after radiusMode.
     void setDisplayValue(const QString& aValue) override;
-    // Called by the editor with its zoom: keeps node squares, cross and tolerance
-    // constant on screen. The trash button follows at the next geometry change.
-    void adjustScale(double aZoom) override;
     int type() const override;
-    // aPart: the base's part for a label/button hit, else 0.
-    bool isPointOnObject(const QPointF& aPoint, int& aPart, int aTol) const override;
     bool isRectContainsObject(const QRectF& aRect) const override;
-    void moveObjectBy(const QPointF& aDelta) override;
-    bool isMoving() const override;
-    bool isReshaping() const override;
-    // The events carry localPos() in item coordinates and screenPos() in global
-    // coordinates. An accepted press means the item takes the following moves and
-    // the release; a release after a node drag calls gsObjectChangedShape(this).
-    void manipMousePressEvent(QMouseEvent* anEvent) override;
-    void manipMouseMoveEvent(QMouseEvent* anEvent) override;
-    void manipMouseReleaseEvent(QMouseEvent* anEvent) override;
     void paint(QPainter* aPainter, const QStyleOptionGraphicsItem* anOption, QWidget* aWidget) override;
     QRectF boundingRect() const override;
 
@@ -64,19 +49,14 @@ public:
     double radius;
     // Rim nodes in item coordinates, at most three.
     QVector<QPointF> nodes;
-    // Pointer position at the last press or move, in the parent's coordinates and
-    // rounded to whole units, so drags follow the mouse at any zoom.
-    QPointF lastMousePos;
-    bool moving;
-    bool reshaping;
-    double selSize;
-    double nodeSize;
-    QPointF trashOffset;
-    double penScale;
-    int activeNode;
     bool radiusMode;
 
-private:
-    QRectF nodeRect(const QPointF& aCentre) const;
-    QPointF pointerInParent(const QMouseEvent* anEvent) const;
+protected:
+    // The disc grown by half the tolerance, once the circle is fitted.
+    bool isPointOnBody(const QPointF& aPoint, int aTol) const override;
+    // Handles are the nodes, in their order.
+    int handleAt(const QPointF& aPoint, int aTol) const override;
+    // The node goes to the pointer and the circle is fitted again; node 0 carries the
+    // label along.
+    void dragHandle(int aHandle, const QPointF& aPoint, const QPointF& aDelta) override;
 };

@@ -1,12 +1,11 @@
 #pragma once
 
-#include "OvGsObject.h"
+#include "OvGsHandleShape.h"
 
 #include <QPointF>
 #include <QString>
 
 class KxGsManipulator;
-class QMouseEvent;
 class QPainter;
 class QStyleOptionGraphicsItem;
 class QWidget;
@@ -14,9 +13,9 @@ class QWidget;
 // One straight distance: a line from pos() to pos() + vector, in item coordinates from
 // (0, 0) to vector, with a square handle at each end while the item is current, plus the
 // label and trash button of the base. Dragging an end reshapes the line and is reported
-// to the manipulator on release through KxGsManipulator::gsObjectChangedShape(); dragging
-// the line moves it and is not reported (the editor writes back moves).
-class OvGsDistance : public OvGsObject
+// on release to `manipulator` (to the base's manipulator while it is null); dragging the
+// line moves it. The trash button is placed again after every release.
+class OvGsDistance : public OvGsHandleShape
 {
     Q_OBJECT
 
@@ -28,22 +27,10 @@ public:
     OvGsDistance(KxGsManipulator* aManipulator, QGraphicsItem* aParent, const QString& aTypeName,
                  const QString& aLineName);
 
-    // Called by the editor with its zoom: keeps handles, tolerance and trash offset
-    // constant on screen.
+    // Also places the trash button again when the zoom changes its offset.
     void adjustScale(double aZoom) override;
     int type() const override;
-    // aPart: the base's part for a label/button hit, else 0.
-    bool isPointOnObject(const QPointF& aPoint, int& aPart, int aTol) const override;
     bool isRectContainsObject(const QRectF& aRect) const override;
-    void moveObjectBy(const QPointF& aDelta) override;
-    bool isMoving() const override;
-    bool isReshaping() const override;
-    // The events carry localPos() in item coordinates and screenPos() in global
-    // coordinates. An accepted press means the item takes the following moves and
-    // the release; a release after an end drag calls gsObjectChangedShape(this).
-    void manipMousePressEvent(QMouseEvent* anEvent) override;
-    void manipMouseMoveEvent(QMouseEvent* anEvent) override;
-    void manipMouseReleaseEvent(QMouseEvent* anEvent) override;
     void paint(QPainter* aPainter, const QStyleOptionGraphicsItem* anOption, QWidget* aWidget) override;
     QRectF boundingRect() const override;
 
@@ -60,18 +47,14 @@ public:
     QString lineName;
     // End point minus start point, in item coordinates.
     QPointF vector;
-    // Pointer position at the last press or move, in the parent's coordinates and
-    // rounded to whole units, so drags follow the mouse at any zoom.
-    QPointF lastMousePos;
-    bool moving;
-    bool reshaping;
-    double selSize;
-    double nodeSize;
-    QPointF trashOffset;
-    double penScale;
-    int activeNode;
 
-private:
-    QRectF nodeRect(const QPointF& aCentre) const;
-    QPointF pointerInParent(const QMouseEvent* anEvent) const;
+protected:
+    // The line, probed along the tolerance square's diagonals.
+    bool isPointOnBody(const QPointF& aPoint, int aTol) const override;
+    // Handles: 0 the start, 1 the end.
+    int handleAt(const QPointF& aPoint, int aTol) const override;
+    // The start follows the pointer while the end stays put, or the end follows it.
+    void dragHandle(int aHandle, const QPointF& aPoint, const QPointF& aDelta) override;
+    void gestureReleased() override;
+    KxGsManipulator* reshapeReceiver() const override;
 };

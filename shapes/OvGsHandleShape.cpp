@@ -1,0 +1,191 @@
+#include "OvGsHandleShape.h"
+
+#include "KxGsManipulator.h"
+
+#include <QBrush>
+#include <QColor>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QtMath>
+
+namespace {
+
+const double kNodeSize = 11.0;
+const double kTrashOffset = 10.0;
+const QColor kHandleColor(49, 49, 49, 255);
+
+} // namespace
+
+OvGsHandleShape::OvGsHandleShape(KxGsManipulator* aManipulator, QGraphicsItem* aParent, const QString& aName)
+    : OvGsObject(aManipulator, aParent, aName)
+    , lastMousePos(0.0, 0.0)
+    , moving(false)
+    , reshaping(false)
+    , selSize(KxGsObject::kDefaultSelSize)
+    , nodeSize(kNodeSize)
+    , trashOffset(kTrashOffset, kTrashOffset)
+    , penScale(1.0)
+    , activeNode(-1)
+{
+}
+
+void OvGsHandleShape::adjustScale(double aZoom)
+{
+    if (!isUsableZoom(aZoom))
+        return;
+    prepareGeometryChange();
+    OvGsObject::adjustScale(aZoom);
+    selSize = KxGsObject::kDefaultSelSize / aZoom;
+    penScale = 1.0 / aZoom;
+    nodeSize = kNodeSize / aZoom;
+    if (isScaleAdjustAllowed())
+        trashOffset = QPointF(kTrashOffset / aZoom, kTrashOffset / aZoom);
+    update();
+}
+
+bool OvGsHandleShape::isPointOnObject(const QPointF& aPoint, int& aPart, int aTol) const
+{
+    if (OvGsObject::isPointOnObject(aPoint, aPart, aTol))
+        return true;
+    aPart = 0;
+    return isPointOnBody(aPoint, aTol) || handleAt(aPoint, aTol) >= 0;
+}
+
+void OvGsHandleShape::moveObjectBy(const QPointF& aDelta)
+{
+    OvGsObject::moveObjectBy(aDelta);
+    translateBy(aDelta);
+}
+
+bool OvGsHandleShape::isMoving() const
+{
+    return moving;
+}
+
+bool OvGsHandleShape::isReshaping() const
+{
+    return reshaping;
+}
+
+void OvGsHandleShape::manipMousePressEvent(QMouseEvent* anEvent)
+{
+    moving = false;
+    reshaping = false;
+    setPenStyle(penStyle, penWidth);
+    anEvent->ignore();
+    if (hidden || isLocked() || !isVisible())
+        return;
+
+    OvGsObject::manipMousePressEvent(anEvent);
+    const QPointF point = roundedPoint(anEvent->localPos());
+    if (anEvent->isAccepted()) {
+        reshaping = isPointOnLabel(point);
+        return;
+    }
+
+    const int tol = int(selSize);
+    activeNode = handleAt(point, tol);
+    int part = 0;
+    if (activeNode >= 0)
+        reshaping = true;
+    else if (isPointOnObject(anEvent->localPos(), part, tol))
+        moving = true;
+    else
+        return;
+    lastMousePos = pointerInParent(anEvent);
+    anEvent->accept();
+}
+
+void OvGsHandleShape::manipMouseMoveEvent(QMouseEvent* anEvent)
+{
+    anEvent->ignore();
+    OvGsObject::manipMouseMoveEvent(anEvent);
+    if (anEvent->isAccepted())
+        return;
+
+    const QPointF pointer = pointerInParent(anEvent);
+    const QPointF delta = pointer - lastMousePos;
+    if (moving)
+        translateBy(delta);
+    else if (reshaping)
+        dragHandle(activeNode, roundedPoint(anEvent->localPos()), delta);
+    lastMousePos = pointer;
+    anEvent->accept();
+}
+
+void OvGsHandleShape::manipMouseReleaseEvent(QMouseEvent* anEvent)
+{
+    anEvent->ignore();
+    OvGsObject::manipMouseReleaseEvent(anEvent);
+    if (anEvent->isAccepted()) {
+        moving = false;
+        reshaping = false;
+        return;
+    }
+    if (moving || reshaping) {
+        if (reshaping) {
+            if (KxGsManipulator* receiver = reshapeReceiver())
+                receiver->gsObjectChangedShape(this);
+        }
+        moving = false;
+        reshaping = false;
+        anEvent->accept();
+    }
+    gestureReleased();
+}
+
+void OvGsHandleShape::translateBy(const QPointF& aDelta)
+{
+    setPos(pos() + aDelta);
+    ensureLabelVisible();
+}
+
+void OvGsHandleShape::gestureReleased()
+{
+}
+
+KxGsManipulator* OvGsHandleShape::reshapeReceiver() const
+{
+    return getManipulator();
+}
+
+QPointF OvGsHandleShape::roundedPoint(const QPointF& aPoint)
+{
+    return QPointF(qRound(aPoint.x()), qRound(aPoint.y()));
+}
+
+QRectF OvGsHandleShape::probeRect(const QPointF& aPoint, int aTol)
+{
+    const int half = aTol / 2;
+    return QRectF(aPoint - QPointF(half, half), QSizeF(aTol, aTol));
+}
+
+bool OvGsHandleShape::isUsableZoom(double aZoom)
+{
+    return aZoom > 0.0 && qIsFinite(aZoom);
+}
+
+QRectF OvGsHandleShape::nodeRect(const QPointF& aCentre) const
+{
+    return QRectF(aCentre - QPointF(nodeSize / 2.0, nodeSize / 2.0), QSizeF(nodeSize, nodeSize));
+}
+
+QPointF OvGsHandleShape::pointerInParent(const QMouseEvent* anEvent) const
+{
+    return roundedPoint(mapToParent(anEvent->localPos()));
+}
+
+QPen OvGsHandleShape::prepareOutline(QPainter* aPainter) const
+{
+    QPen pen = (isSelected() || isCurrent()) ? currentPen : normalPen;
+    if (reshaping && !solidEdit)
+        pen.setStyle(Qt::DashLine);
+    // Hairline-thin lines look washed out when antialiased.
+    aPainter->setRenderHint(QPainter::Antialiasing, pen.widthF() * aPainter->transform().m11() >= 1.0);
+    return pen;
+}
+
+QPen OvGsHandleShape::handlePen() const
+{
+    return QPen(QBrush(kHandleColor, Qt::SolidPattern), penScale, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin);
+}

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "OvGsObject.h"
+
+#include <QPen>
+#include <QPointF>
+#include <QRectF>
+#include <QString>
+
+class KxGsManipulator;
+class QMouseEvent;
+class QPainter;
+
+// A measurement drawn with square handles while it is current, on top of the label and
+// buttons of the base. Owns the gesture: a press on a handle reshapes the shape, a press
+// on the body moves it as a whole, presses on the label and buttons go to the base first.
+// A reshape is reported on release through KxGsManipulator::gsObjectChangedShape(); a
+// move is not (the editor writes back moves). Each shape supplies its geometry through
+// the hooks below; the frame never changes the geometry itself.
+class OvGsHandleShape : public OvGsObject
+{
+    Q_OBJECT
+
+public:
+    OvGsHandleShape(KxGsManipulator* aManipulator, QGraphicsItem* aParent, const QString& aName);
+
+    // Called by the editor with its zoom: keeps handles, tolerance and trash offset
+    // constant on screen. A zoom that is not finite and positive changes nothing.
+    void adjustScale(double aZoom) override;
+    // The label and buttons of the base (aPart as the base reports it), else the body
+    // or a handle (aPart 0).
+    bool isPointOnObject(const QPointF& aPoint, int& aPart, int aTol) const override;
+    // The base part, then translateBy(aDelta).
+    void moveObjectBy(const QPointF& aDelta) override;
+    bool isMoving() const override;
+    bool isReshaping() const override;
+    // The events carry localPos() in item coordinates and screenPos() in global
+    // coordinates. A press clears both flags and does nothing more on a hidden, locked or
+    // invisible item. An accepted press means the item takes the following moves and the
+    // release; a press the base takes on the label counts as reshaping. Moves the base
+    // takes (label drags) leave the shape alone; every other move is accepted. A release
+    // after a handle drag calls gsObjectChangedShape(this) on reshapeReceiver(); every
+    // release the base does not take ends with gestureReleased().
+    void manipMousePressEvent(QMouseEvent* anEvent) override;
+    void manipMouseMoveEvent(QMouseEvent* anEvent) override;
+    void manipMouseReleaseEvent(QMouseEvent* anEvent) override;
+
+    // Pointer position at the last press or move, in the parent's coordinates and
+    // rounded to whole units, so drags follow the mouse at any zoom.
+    QPointF lastMousePos;
+    bool moving;
+    bool reshaping;
+    // Hit tolerance, handle side, trash offset and handle pen width in item units: their
+    // screen sizes divided by the zoom.
+    double selSize;
+    double nodeSize;
+    QPointF trashOffset;
+    double penScale;
+    // The handle under the last press, -1 when none was hit.
+    int activeNode;
+
+protected:
+    // aPoint in item coordinates, aTol the hit tolerance in item units. Whether the shape
+    // itself (not its handles, label or buttons) lies within the tolerance.
+    virtual bool isPointOnBody(const QPointF& aPoint, int aTol) const = 0;
+    // aPoint in item coordinates (rounded to whole units on a press), aTol the side of the
+    // tolerance square around it. Returns the handle whose square meets the tolerance
+    // square (the first in the shape's order when several do), or -1.
+    virtual int handleAt(const QPointF& aPoint, int aTol) const = 0;
+    // Called on each move while reshaping. aHandle is activeNode and may be -1 or out of
+    // the shape's range, which the shape ignores; aPoint is the pointer in item
+    // coordinates rounded to whole units, aDelta the pointer's travel since the last
+    // press or move in the parent's coordinates. The shape announces its own geometry
+    // changes (prepareGeometryChange()).
+    virtual void dragHandle(int aHandle, const QPointF& aPoint, const QPointF& aDelta) = 0;
+    // Moves the whole item by aDelta in the parent's coordinates: on each move while
+    // moving, and from moveObjectBy(). Default: shifts pos() and keeps the label inside
+    // the editor's area.
+    virtual void translateBy(const QPointF& aDelta);
+    // Called last on every release the base did not take, whether or not a gesture ran;
+    // both flags are already cleared and a reshape already reported. Default: nothing.
+    virtual void gestureReleased();
+    // Who hears about a finished reshape; may be null. Default: getManipulator().
+    virtual KxGsManipulator* reshapeReceiver() const;
+
+    static QPointF roundedPoint(const QPointF& aPoint);
+    // The square of side aTol around aPoint that hit tests probe with.
+    static QRectF probeRect(const QPointF& aPoint, int aTol);
+    static bool isUsableZoom(double aZoom);
+    // The handle square centred on aCentre.
+    QRectF nodeRect(const QPointF& aCentre) const;
+    QPointF pointerInParent(const QMouseEvent* anEvent) const;
+    // Sets aPainter's antialiasing for the outline and returns the outline's pen: the
+    // current pen while selected or current, dashed while reshaping unless solidEdit.
+    QPen prepareOutline(QPainter* aPainter) const;
+    QPen handlePen() const;
+};
