@@ -21,6 +21,29 @@ QString pointText(const QPointF& aPoint)
     return QStringLiteral("%1,%2").arg(qRound(aPoint.x())).arg(qRound(aPoint.y()));
 }
 
+void logEvent(QStringList& aLog, const char* aWhat, QEvent* anEvent, const QPointF& aPos)
+{
+    aLog << QString::fromLatin1(aWhat) + QLatin1Char(' ') + pointText(aPos);
+    anEvent->accept();
+}
+
+// A box's values; none for an invalid size (no box).
+QVariant boxValue(const QString& aName, const QSizeF& aSize, QString& aUnit)
+{
+    aUnit.clear();
+    if (!aSize.isValid())
+        return QVariant();
+    if (aName == QLatin1String("Area")) {
+        aUnit = QStringLiteral("px2");
+        return aSize.width() * aSize.height();
+    }
+    if (aName == QLatin1String("Width")) {
+        aUnit = QStringLiteral("px");
+        return aSize.width();
+    }
+    return QVariant();
+}
+
 } // namespace
 
 TestGsItem::TestGsItem(KxGsManipulator* aManipulator, QGraphicsItem* aParent, int aType, const QSizeF& aSize)
@@ -28,16 +51,6 @@ TestGsItem::TestGsItem(KxGsManipulator* aManipulator, QGraphicsItem* aParent, in
     , itemType(aType)
     , size(aSize)
 {
-}
-
-int TestGsItem::type() const
-{
-    return itemType;
-}
-
-QRectF TestGsItem::boundingRect() const
-{
-    return QRectF(QPointF(0, 0), size).adjusted(-2, -2, 2, 2);
 }
 
 void TestGsItem::paint(QPainter* aPainter, const QStyleOptionGraphicsItem*, QWidget*)
@@ -62,16 +75,6 @@ bool TestGsItem::isPointOnObject(const QPointF& aPoint, int& aPart, int aToleran
     aPart = 0;
     const double half = aTolerance / 2;
     return QRectF(QPointF(0, 0), size).adjusted(-half, -half, half, half).contains(aPoint);
-}
-
-bool TestGsItem::isMoving() const
-{
-    return moving;
-}
-
-bool TestGsItem::isReshaping() const
-{
-    return reshaping;
 }
 
 void TestGsItem::manipMousePressEvent(QMouseEvent* anEvent)
@@ -134,11 +137,6 @@ void TestGsItem::setSize(const QSizeF& aSize)
     update();
 }
 
-QSizeF TestGsItem::getSize() const
-{
-    return size;
-}
-
 TestManipulator::TestManipulator(int aType, QUndoStack* anUndoStack)
     : KxGsManipulator(nullptr, anUndoStack)
     , objectType(aType)
@@ -165,31 +163,10 @@ TestManipulator::TestManipulator(int aType, QUndoStack* anUndoStack)
             SLOT(slotObjectShowValueInKernel(const int, const int, const QString&)));
 }
 
-int TestManipulator::getObjectType() const
-{
-    return objectType;
-}
-
-QString TestManipulator::getObjectTypeName(int) const
-{
-    return QStringLiteral("Box");
-}
-
 QVariant TestManipulator::getCalculatedValue(const QString& aName, const KxGsObject* anObj, QString& aUnitName)
 {
-    aUnitName.clear();
     const auto* box = dynamic_cast<const TestGsItem*>(anObj);
-    if (!box)
-        return QVariant();
-    if (aName == QLatin1String("Area")) {
-        aUnitName = QStringLiteral("px2");
-        return box->getSize().width() * box->getSize().height();
-    }
-    if (aName == QLatin1String("Width")) {
-        aUnitName = QStringLiteral("px");
-        return box->getSize().width();
-    }
-    return QVariant();
+    return boxValue(aName, box ? box->getSize() : QSizeF(), aUnitName);
 }
 
 QList<QVariant> TestManipulator::getCalculatedValues(const QStringList& aNames, const KxKernelObjectData* aData,
@@ -199,16 +176,9 @@ QList<QVariant> TestManipulator::getCalculatedValues(const QStringList& aNames, 
     QList<QVariant> values;
     const QSizeF size = aData ? aData->getDefaultKeyframes()[5].getValue().toSizeF() : QSizeF();
     for (const QString& name : aNames) {
-        if (aData && name == QLatin1String("Area")) {
-            values << size.width() * size.height();
-            aUnits << QStringLiteral("px2");
-        } else if (aData && name == QLatin1String("Width")) {
-            values << size.width();
-            aUnits << QStringLiteral("px");
-        } else {
-            values << QVariant();
-            aUnits << QString();
-        }
+        QString unit;
+        values << boxValue(name, size, unit);
+        aUnits << unit;
     }
     return values;
 }
@@ -219,34 +189,24 @@ void TestManipulator::activate()
     log << QStringLiteral("activate");
 }
 
-void TestManipulator::deactivate()
-{
-    log << QStringLiteral("deactivate");
-}
-
 void TestManipulator::mousePressEvent(QGraphicsSceneMouseEvent* anEvent)
 {
-    log << QStringLiteral("press ") + pointText(anEvent->pos());
-    anEvent->accept();
+    logEvent(log, "press", anEvent, anEvent->pos());
 }
 
 void TestManipulator::mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent)
 {
-    log << QStringLiteral("release ") + pointText(anEvent->pos());
-    anEvent->accept();
+    logEvent(log, "release", anEvent, anEvent->pos());
 }
 
 void TestManipulator::mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent)
 {
-    log << QStringLiteral("move ") + pointText(anEvent->pos());
-    anEvent->accept();
+    logEvent(log, "move", anEvent, anEvent->pos());
 }
-
 
 void TestManipulator::hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent)
 {
-    log << QStringLiteral("hoverEnter ") + pointText(anEvent->pos());
-    anEvent->accept();
+    logEvent(log, "hoverEnter", anEvent, anEvent->pos());
 }
 
 void TestManipulator::hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent)
@@ -257,8 +217,7 @@ void TestManipulator::hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent)
 
 void TestManipulator::hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent)
 {
-    log << QStringLiteral("hoverMove ") + pointText(anEvent->pos());
-    anEvent->accept();
+    logEvent(log, "hoverMove", anEvent, anEvent->pos());
 }
 
 void TestManipulator::gsObjectChangedShape(KxGsObject* anObj)
@@ -296,21 +255,6 @@ TestGsItem* TestManipulator::addUnstored(const QPointF& aPos, const QSizeF& aSiz
     return box;
 }
 
-TestGsItem* TestManipulator::item(int anIdx) const
-{
-    return static_cast<TestGsItem*>(gsObjectMap.value(anIdx, nullptr));
-}
-
-void TestManipulator::makeMagnifier(QPointF aPos, QSize aSize, double aScale, bool aRound, QPoint aHotspot)
-{
-    createLocalMagnifier(aPos, aSize, aScale, aRound, true, aHotspot);
-}
-
-void TestManipulator::dropMagnifier()
-{
-    removeLocalMagnifier();
-}
-
 void TestManipulator::slotObjectCreatedInKernel(const int aType, const int anIdx, const KxKernelObjectData* aData)
 {
     if (blockKernelNotification || aType != objectType || !aData || gsObjectMap.contains(anIdx))
@@ -331,11 +275,6 @@ void TestManipulator::slotObjectChangedInKernel(const int aType, const int anIdx
     if (TestGsItem* box = item(anIdx))
         applyKeyframes(box, aData);
     log << QStringLiteral("changed %1").arg(anIdx);
-}
-
-void TestManipulator::slotFrameReadyStopInKernel(qint64 aFrame)
-{
-    frames << aFrame;
 }
 
 void TestManipulator::applyKeyframes(TestGsItem* anItem, const KxKernelObjectData* aData)
@@ -372,6 +311,8 @@ GsFixture::GsFixture()
     view->activateWindow();
     if (!QTest::qWaitForWindowExposed(view))
         qWarning("view not exposed");
+    QObject::connect(editor, &KxGsEditor::signalCurrentObjectChanged, view,
+                     [this](const KxGsObject* anObj) { currentChanges << anObj; });
 }
 
 GsFixture::~GsFixture()
@@ -403,6 +344,19 @@ void GsFixture::mouseMove(QWidget* aWidget, const QPoint& aPos, Qt::MouseButtons
     QApplication::sendEvent(aWidget, &event);
 }
 
+void GsFixture::drag(const QPoint& aFrom, const QPoint& aTo)
+{
+    QTest::mousePress(view->viewport(), Qt::LeftButton, Qt::NoModifier, aFrom);
+    mouseMove(view->viewport(), (aFrom + aTo) / 2, Qt::LeftButton);
+    mouseMove(view->viewport(), aTo, Qt::LeftButton);
+    QTest::mouseRelease(view->viewport(), Qt::LeftButton, Qt::NoModifier, aTo);
+}
+
+void GsFixture::click(const QPointF& anEditorPos, Qt::KeyboardModifiers aModifiers)
+{
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, aModifiers, toViewport(anEditorPos));
+}
+
 QPoint GsFixture::toViewport(const QPointF& anEditorPos) const
 {
     return view->mapFromScene(editor->mapToScene(anEditorPos));
@@ -413,4 +367,66 @@ TestManipulator* GsFixture::addManipulator(int aType)
     auto* manipulator = new TestManipulator(aType, &stack);
     manipulators << manipulator;
     return manipulator;
+}
+
+KernelRecorder::KernelRecorder()
+{
+    KxSignalCenter* hub = KxSignalCenter::getInstance();
+    KxKernelData* store = KxKernelData::getInstance();
+    auto note = [this](const char* aWhat, int aType, int anIdx) {
+        log << QStringLiteral("%1 %2:%3").arg(QLatin1String(aWhat)).arg(aType).arg(anIdx);
+    };
+    connections << QObject::connect(hub, &KxSignalCenter::signalObjectCreated, hub,
+                                    [=](int aType, int anIdx, const KxKernelObjectData* aData) {
+                                        note("created", aType, anIdx);
+                                        stored << (store->getObject(aType, anIdx) == aData);
+                                    });
+    connections << QObject::connect(hub, &KxSignalCenter::signalObjectChanged, hub,
+                                    [=](int aType, int anIdx, const KxKernelObjectData* aData) {
+                                        note("changed", aType, anIdx);
+                                        stored << (store->getObject(aType, anIdx) == aData);
+                                    });
+    connections << QObject::connect(hub, &KxSignalCenter::signalObjectBeforeRemove, hub, [=](int aType, int anIdx) {
+        note("before", aType, anIdx);
+        stored << (store->getObject(aType, anIdx) != nullptr);
+    });
+    connections << QObject::connect(hub, &KxSignalCenter::signalObjectRemoved, hub, [=](int aType, int anIdx) {
+        note("removed", aType, anIdx);
+        stored << (store->getObject(aType, anIdx) == nullptr);
+    });
+    connections << QObject::connect(hub, &KxSignalCenter::signalNewMediaReady, hub,
+                                    [this](const KxMediaInfo& anInfo, bool&) {
+                                        log << QStringLiteral("newMedia ") + anInfo.getFileName();
+                                    });
+    connections << QObject::connect(hub, &KxSignalCenter::signalMediaLoaded, hub,
+                                    [this]() { log << QStringLiteral("loaded"); });
+    connections << QObject::connect(hub, &KxSignalCenter::signalFrameReady, hub,
+                                    [this](qint64 aFrame) { log << QStringLiteral("frame %1").arg(aFrame); });
+}
+
+KernelRecorder::~KernelRecorder()
+{
+    for (const auto& connection : qAsConst(connections))
+        QObject::disconnect(connection);
+}
+
+QStringList KernelRecorder::take()
+{
+    const QStringList result = log;
+    log.clear();
+    return result;
+}
+
+int countPixelsNear(const QImage& anImage, const QColor& aColor, int aTolerance, int aMinAlpha)
+{
+    int count = 0;
+    for (int y = 0; y < anImage.height(); ++y) {
+        for (int x = 0; x < anImage.width(); ++x) {
+            const QColor pixel = anImage.pixelColor(x, y);
+            if (pixel.alpha() >= aMinAlpha && qAbs(pixel.red() - aColor.red()) < aTolerance &&
+                qAbs(pixel.green() - aColor.green()) < aTolerance && qAbs(pixel.blue() - aColor.blue()) < aTolerance)
+                ++count;
+        }
+    }
+    return count;
 }

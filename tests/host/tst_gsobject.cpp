@@ -1,14 +1,9 @@
 #include "GsTestHelper.h"
 
 #include "KxGsEditor.h"
-#include "KxKernelData.h"
 
-#include <QGraphicsPixmapItem>
 #include <QPainter>
-#include <QSignalSpy>
 #include <QTest>
-
-#include <memory>
 
 namespace {
 
@@ -21,326 +16,274 @@ class tst_GsObject : public QObject
     Q_OBJECT
 
 private slots:
-    void cleanup();
-
-    void linesIntersect_data();
-    void linesIntersect();
-    void labelText_data();
-    void labelText();
-    void labelKeptInsideArea_data();
-    void labelKeptInsideArea();
-    void labelLeaderLine();
-    void trashVisibility_data();
-    void trashVisibility();
-    void activeButtonsActLikeRadioButtons();
-    void labelDragMovesOnlyTheLabel();
-    void paintWithChildrenDrawsLabel();
-
-private:
-    std::unique_ptr<GsFixture> fixture;
-    GsFixture& make()
+    void linesIntersect_data()
     {
-        fixture.reset(new GsFixture);
-        return *fixture;
+        QTest::addColumn<QLineF>("a");
+        QTest::addColumn<QLineF>("b");
+        QTest::addColumn<bool>("expected");
+        QTest::addColumn<QPointF>("point");
+
+        QTest::newRow("cross") << QLineF(0, 0, 8, 0) << QLineF(2, -3, 2, 5) << true << QPointF(2, 0);
+        QTest::newRow("T touching end") << QLineF(0, 0, 10, 0) << QLineF(5, 0, 5, 7) << true << QPointF(5, 0);
+        QTest::newRow("ends meet") << QLineF(0, 0, 4, 4) << QLineF(4, 4, 9, 0) << true << QPointF(4, 4);
+        QTest::newRow("lines cross beyond segment") << QLineF(0, 0, 4, 0) << QLineF(6, -1, 6, 1) << false << QPointF();
+        QTest::newRow("near miss") << QLineF(0, 0, 10, 0) << QLineF(5, 0.01, 5, 3) << false << QPointF();
+        QTest::newRow("parallel apart") << QLineF(0, 0, 10, 0) << QLineF(0, 1, 10, 1) << false << QPointF();
+        QTest::newRow("collinear overlapping") << QLineF(0, 0, 10, 0) << QLineF(6, 0, 14, 0) << true << QPointF(6, 0);
+        QTest::newRow("collinear reversed overlap") << QLineF(10, 0, 0, 0) << QLineF(14, 0, 6, 0) << true
+                                                    << QPointF(10, 0);
+        QTest::newRow("collinear disjoint") << QLineF(0, 0, 4, 4) << QLineF(5, 5, 9, 9) << false << QPointF();
+        QTest::newRow("point on segment") << QLineF(3, 3, 3, 3) << QLineF(0, 0, 6, 6) << true << QPointF(3, 3);
+        QTest::newRow("point off segment") << QLineF(3, 4, 3, 4) << QLineF(0, 0, 6, 6) << false << QPointF();
+        QTest::newRow("two equal points") << QLineF(2, 2, 2, 2) << QLineF(2, 2, 2, 2) << true << QPointF(2, 2);
+        QTest::newRow("probe diagonal on a line") << QLineF(0, 0, 100, 1) << QLineF(46, -4, 54, 4) << true
+                                                  << QPointF(5000.0 / 99.0, 50.0 / 99.0);
+    }
+
+    void linesIntersect()
+    {
+        QFETCH(QLineF, a);
+        QFETCH(QLineF, b);
+        QFETCH(bool, expected);
+        QFETCH(QPointF, point);
+
+        QPointF hit(-1, -1);
+        QCOMPARE(KxGsObject::linesIntersect(a.p1(), a.p2(), b.p1(), b.p2(), hit), expected);
+        if (expected)
+            QVERIFY2(QLineF(hit, point).length() < 1e-6, qPrintable(QStringLiteral("%1,%2").arg(hit.x()).arg(hit.y())));
+        // Symmetric in the two segments (the point may differ on overlaps).
+        QCOMPARE(KxGsObject::linesIntersect(b.p1(), b.p2(), a.p1(), a.p2(), hit), expected);
+    }
+
+    void labelText_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QString>("expected");
+
+        QTest::newRow("name and value") << "Distance3" << "1.5 mm" << "Distance3: 1.5 mm";
+        QTest::newRow("name only") << "Distance3" << "" << "Distance3";
+        QTest::newRow("value only") << "" << "42 um" << "42 um";
+        QTest::newRow("neither") << "" << "" << "";
+    }
+
+    void labelText()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, value);
+        QFETCH(QString, expected);
+
+        TestGsItem box(nullptr, nullptr, kBoxType, QSizeF(10, 10));
+        box.setLabelVisible(true);
+        box.setName(name);
+        box.setDisplayValue(value);
+        QCOMPARE(box.getLabelText(), expected);
+        QCOMPARE(box.isPointOnLabel(box.getLabelPos() + QPointF(2, 2)), !expected.isEmpty());
+    }
+
+    void labelKeptInsideArea_data()
+    {
+        QTest::addColumn<double>("zoom");
+        QTest::addColumn<QPointF>("itemPos");
+        QTest::addColumn<QPointF>("labelPos");
+        QTest::addColumn<QString>("edge");
+
+        QTest::newRow("inside stays") << 1.0 << QPointF(50, 50) << QPointF(10, 10) << "none";
+        QTest::newRow("past right") << 1.0 << QPointF(180, 50) << QPointF(10, 10) << "right";
+        QTest::newRow("past left") << 1.0 << QPointF(10, 50) << QPointF(-40, 0) << "left";
+        QTest::newRow("past top") << 1.0 << QPointF(50, 5) << QPointF(0, -30) << "top";
+        QTest::newRow("past bottom right") << 1.0 << QPointF(190, 145) << QPointF(5, 5) << "right bottom";
+        QTest::newRow("zoom 2 past right") << 2.0 << QPointF(190, 50) << QPointF(5, 0) << "right";
+        // Wider than the picture: the right edge wins over the left one.
+        QTest::newRow("zoom 0.25 wider than picture") << 0.25 << QPointF(20, 140) << QPointF(0, 0) << "right bottom wide";
+    }
+
+    void labelKeptInsideArea()
+    {
+        QFETCH(double, zoom);
+        QFETCH(QPointF, itemPos);
+        QFETCH(QPointF, labelPos);
+        QFETCH(QString, edge);
+
+        GsFixture f;
+        f.editor->setZoom(zoom);
+        TestManipulator* manip = f.addManipulator(kBoxType);
+        TestGsItem* box = manip->addUnstored(itemPos, QSizeF(5, 5));
+        box->setName(QStringLiteral("Length"));
+        box->setDisplayValue(QStringLiteral("123.4 um"));
+        box->setLabelFontPixSize(14);
+        box->setLabelVisible(true);
+        box->setLabelPos(labelPos);
+
+        // The label keeps its size on screen: its item size shrinks with the zoom.
+        const QRectF before = box->getLabelRect();
+        QVERIFY(before.width() > 40.0 / zoom);
+        box->ensureLabelVisible();
+        const QRectF label = box->mapRectToParent(box->getLabelRect());
+        const QRectF area = f.editor->getEditorArea();
+        QCOMPARE(box->getLabelRect().size(), before.size());
+        if (edge.contains(QLatin1String("wide")))
+            QVERIFY(label.left() < area.left());
+        else
+            QVERIFY2(area.adjusted(-1e-9, -1e-9, 1e-9, 1e-9).contains(label),
+                 qPrintable(QStringLiteral("%1 %2 %3 %4").arg(label.x()).arg(label.y()).arg(label.width()).arg(label.height())));
+        if (edge == QLatin1String("none"))
+            QCOMPARE(box->getLabelPos(), labelPos);
+        if (edge.contains(QLatin1String("right")))
+            QCOMPARE(label.right(), area.right());
+        if (edge.contains(QLatin1String("left")))
+            QCOMPARE(label.left(), area.left());
+        if (edge.contains(QLatin1String("top")))
+            QCOMPARE(label.top(), area.top());
+        if (edge.contains(QLatin1String("bottom")))
+            QCOMPARE(label.bottom(), area.bottom());
+
+        // On screen the label is as many pixels as at zoom 1.
+        const QRect onScreen = f.view->mapFromScene(box->mapToScene(box->getLabelRect())).boundingRect();
+        QVERIFY(qAbs(onScreen.width() - before.width() * zoom) <= 2);
+    }
+
+    void labelLeaderLine()
+    {
+        GsFixture f;
+        TestManipulator* manip = f.addManipulator(kBoxType);
+        TestGsItem* box = manip->addUnstored(QPointF(20, 20), QSizeF(5, 5));
+        box->setName(QStringLiteral("A"));
+        box->setLabelVisible(true);
+        box->setLabelAnchor(QPointF(0, 0));
+        box->setLabelPos(QPointF(5, 5));
+        auto leader = [box]() -> QGraphicsLineItem* {
+            for (QGraphicsItem* child : box->childItems()) {
+                if (auto* line = qgraphicsitem_cast<QGraphicsLineItem*>(child))
+                    return line;
+            }
+            return nullptr;
+        };
+        QVERIFY(leader());
+        QVERIFY(!leader()->isVisible());
+        box->setLabelPos(QPointF(80, 60));
+        QVERIFY(leader()->isVisible());
+        QCOMPARE(leader()->line().p1(), QPointF(0, 0));
+        QCOMPARE(leader()->line().p2(), QPointF(80, 60));
+        // The same item distance is short on screen when zoomed out.
+        f.editor->setZoom(0.2);
+        box->adjustScale(0.2);
+        QVERIFY(!leader()->isVisible());
+    }
+
+    void trashVisibility_data()
+    {
+        QTest::addColumn<bool>("allowed");
+        QTest::addColumn<bool>("current");
+        QTest::addColumn<bool>("hidden");
+        QTest::addColumn<bool>("visible");
+
+        QTest::newRow("allowed, current") << true << true << false << true;
+        QTest::newRow("allowed, not current") << true << false << false << false;
+        QTest::newRow("not allowed, current") << false << true << false << false;
+        QTest::newRow("allowed, current, hidden") << true << true << true << false;
+    }
+
+    void trashVisibility()
+    {
+        QFETCH(bool, allowed);
+        QFETCH(bool, current);
+        QFETCH(bool, hidden);
+        QFETCH(bool, visible);
+
+        GsFixture f;
+        TestManipulator* manip = f.addManipulator(kBoxType);
+        TestGsItem* box = manip->addStored(QPointF(20, 20), QSizeF(30, 30));
+        box->allowTrashVisible(allowed);
+        box->setAlwaysHidden(hidden);
+        f.editor->setCurrentObject(current ? box : nullptr, false);
+        QCOMPARE(box->getTrashButton()->isVisible(), visible);
+        QCOMPARE(box->hidden, hidden);
+        // Order does not matter: allowing after becoming current shows it too.
+        f.editor->setCurrentObject(nullptr, false);
+        box->allowTrashVisible(false);
+        f.editor->setCurrentObject(current ? box : nullptr, false);
+        box->allowTrashVisible(allowed);
+        QCOMPARE(box->getTrashButton()->isVisible(), visible);
+    }
+
+    void activeButtonsActLikeRadioButtons()
+    {
+        GsFixture f;
+        TestManipulator* manip = f.addManipulator(kBoxType);
+        TestGsItem* a = manip->addStored(QPointF(40, 40), QSizeF(20, 20));
+        TestGsItem* b = manip->addStored(QPointF(120, 40), QSizeF(20, 20));
+        QPixmap off(20, 20);
+        off.fill(Qt::gray);
+        QPixmap on(20, 20);
+        on.fill(Qt::blue);
+        for (TestGsItem* item : {a, b}) {
+            item->setActivePos(QPointF(-25, 0));
+            item->setUseActiveButton(true);
+            item->allowActiveVisible(true, off, on);
+        }
+        QList<OvGsObject*> clicked;
+        QObject scope;
+        for (TestGsItem* item : {a, b})
+            connect(item, &OvGsObject::signalActiveButtonClicked, &scope, [&clicked](OvGsObject* o) { clicked << o; });
+
+        f.click(QPointF(25, 50));
+        QVERIFY(a->getActivePressed() && !b->getActivePressed());
+        QCOMPARE(a->getActiveButton()->pixmap().toImage().pixelColor(5, 5), QColor(Qt::blue));
+        f.click(QPointF(105, 50));
+        QVERIFY(!a->getActivePressed() && b->getActivePressed());
+        QCOMPARE(a->getActiveButton()->pixmap().toImage().pixelColor(5, 5), QColor(Qt::gray));
+        f.click(QPointF(105, 50));
+        QVERIFY(!a->getActivePressed() && !b->getActivePressed());
+        QCOMPARE(clicked, QList<OvGsObject*>({a, b, b}));
+        QVERIFY(a->pos() == QPointF(40, 40) && b->pos() == QPointF(120, 40));
+
+        b->setActivePressed(true);
+        OvGsObject::makeAllActiveGray();
+        QVERIFY(!b->getActivePressed());
+    }
+
+    void labelDragMovesOnlyTheLabel()
+    {
+        GsFixture f;
+        f.editor->setZoom(2.0);
+        TestManipulator* manip = f.addManipulator(kBoxType);
+        TestGsItem* box = manip->addStored(QPointF(20, 20), QSizeF(10, 10));
+        box->setName(QStringLiteral("Box"));
+        box->setLabelVisible(true);
+        box->setLabelPos(QPointF(20, 20));
+        const int count = f.stack.count();
+
+        const QPoint start = f.toViewport(QPointF(20 + 22, 20 + 22));
+        QTest::mousePress(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, start);
+        QVERIFY(box->isLabelDragging());
+        GsFixture::mouseMove(f.view->viewport(), start + QPoint(30, -10), Qt::LeftButton);
+        QTest::mouseRelease(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, start + QPoint(30, -10));
+        QVERIFY(!box->isLabelDragging());
+        QCOMPARE(box->getLabelPos(), QPointF(35, 15));
+        QCOMPARE(box->pos(), QPointF(20, 20));
+        QCOMPARE(f.stack.count(), count);
+    }
+
+    void paintWithChildrenDrawsLabel()
+    {
+        TestGsItem box(nullptr, nullptr, kBoxType, QSizeF(10, 10));
+        box.setColor(QColor(255, 0, 0));
+        box.setName(QStringLiteral("MMMM"));
+        box.setLabelVisible(true);
+        box.setLabelPos(QPointF(20, 20));
+        QImage image(120, 80, QImage::Format_ARGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        box.paintWithChildren(&painter);
+        painter.end();
+        // The label's dark background lands at its place, the shape at (0, 0).
+        QVERIFY(qGray(image.pixel(21, 21)) < 128);
+        QVERIFY(image.pixelColor(10, 5).red() > 200 && image.pixelColor(10, 5).green() < 60);
+        QCOMPARE(image.pixelColor(100, 5), QColor(Qt::white));
+        box.paintWithChildren(nullptr);
     }
 };
-
-void tst_GsObject::cleanup()
-{
-    fixture.reset();
-}
-
-void tst_GsObject::linesIntersect_data()
-{
-    QTest::addColumn<QPointF>("a1");
-    QTest::addColumn<QPointF>("a2");
-    QTest::addColumn<QPointF>("b1");
-    QTest::addColumn<QPointF>("b2");
-    QTest::addColumn<bool>("expected");
-    QTest::addColumn<QPointF>("point");
-
-    QTest::newRow("cross at centre") << QPointF(0, 0) << QPointF(10, 10) << QPointF(0, 10) << QPointF(10, 0) << true
-                                     << QPointF(5, 5);
-    QTest::newRow("cross off centre") << QPointF(0, 0) << QPointF(8, 0) << QPointF(2, -3) << QPointF(2, 5) << true
-                                      << QPointF(2, 0);
-    QTest::newRow("T touching end") << QPointF(0, 0) << QPointF(10, 0) << QPointF(5, 0) << QPointF(5, 7) << true
-                                    << QPointF(5, 0);
-    QTest::newRow("ends meet") << QPointF(0, 0) << QPointF(4, 4) << QPointF(4, 4) << QPointF(9, 0) << true
-                               << QPointF(4, 4);
-    QTest::newRow("lines cross beyond segment") << QPointF(0, 0) << QPointF(4, 0) << QPointF(6, -1) << QPointF(6, 1)
-                                                << false << QPointF();
-    QTest::newRow("near miss") << QPointF(0, 0) << QPointF(10, 0) << QPointF(5, 0.01) << QPointF(5, 3) << false
-                               << QPointF();
-    QTest::newRow("parallel apart") << QPointF(0, 0) << QPointF(10, 0) << QPointF(0, 1) << QPointF(10, 1) << false
-                                    << QPointF();
-    QTest::newRow("collinear overlapping") << QPointF(0, 0) << QPointF(10, 0) << QPointF(6, 0) << QPointF(14, 0)
-                                           << true << QPointF(6, 0);
-    QTest::newRow("collinear reversed overlap") << QPointF(10, 0) << QPointF(0, 0) << QPointF(14, 0)
-                                                << QPointF(6, 0) << true << QPointF(10, 0);
-    QTest::newRow("collinear disjoint") << QPointF(0, 0) << QPointF(4, 4) << QPointF(5, 5) << QPointF(9, 9) << false
-                                        << QPointF();
-    QTest::newRow("point on segment") << QPointF(3, 3) << QPointF(3, 3) << QPointF(0, 0) << QPointF(6, 6) << true
-                                      << QPointF(3, 3);
-    QTest::newRow("point off segment") << QPointF(3, 4) << QPointF(3, 4) << QPointF(0, 0) << QPointF(6, 6) << false
-                                       << QPointF();
-    QTest::newRow("two equal points") << QPointF(2, 2) << QPointF(2, 2) << QPointF(2, 2) << QPointF(2, 2) << true
-                                      << QPointF(2, 2);
-    QTest::newRow("probe diagonal on a line") << QPointF(0, 0) << QPointF(100, 1) << QPointF(46, -4)
-                                              << QPointF(54, 4) << true << QPointF(5000.0 / 99.0, 50.0 / 99.0);
-}
-
-void tst_GsObject::linesIntersect()
-{
-    QFETCH(QPointF, a1);
-    QFETCH(QPointF, a2);
-    QFETCH(QPointF, b1);
-    QFETCH(QPointF, b2);
-    QFETCH(bool, expected);
-    QFETCH(QPointF, point);
-
-    QPointF hit(-1, -1);
-    QCOMPARE(KxGsObject::linesIntersect(a1, a2, b1, b2, hit), expected);
-    if (expected) {
-        QVERIFY2(QLineF(hit, point).length() < 1e-6, qPrintable(QStringLiteral("%1,%2").arg(hit.x()).arg(hit.y())));
-        // Symmetric in the two segments (the point may differ on overlaps).
-        QPointF other;
-        QVERIFY(KxGsObject::linesIntersect(b1, b2, a1, a2, other));
-    } else {
-        QPointF other;
-        QVERIFY(!KxGsObject::linesIntersect(b1, b2, a1, a2, other));
-    }
-}
-
-void tst_GsObject::labelText_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QString>("expected");
-
-    QTest::newRow("name and value") << "Distance3" << "1.5 mm" << "Distance3: 1.5 mm";
-    QTest::newRow("name only") << "Distance3" << "" << "Distance3";
-    QTest::newRow("value only") << "" << "42 um" << "42 um";
-    QTest::newRow("neither") << "" << "" << "";
-}
-
-void tst_GsObject::labelText()
-{
-    QFETCH(QString, name);
-    QFETCH(QString, value);
-    QFETCH(QString, expected);
-
-    TestGsItem box(nullptr, nullptr, kBoxType, QSizeF(10, 10));
-    box.setLabelVisible(true);
-    box.setName(name);
-    box.setDisplayValue(value);
-    QCOMPARE(box.getLabelText(), expected);
-    QCOMPARE(box.isPointOnLabel(box.getLabelPos() + QPointF(2, 2)), !expected.isEmpty());
-}
-
-void tst_GsObject::labelKeptInsideArea_data()
-{
-    QTest::addColumn<double>("zoom");
-    QTest::addColumn<QPointF>("itemPos");
-    QTest::addColumn<QPointF>("labelPos");
-    QTest::addColumn<QString>("edge");
-
-    QTest::newRow("inside stays") << 1.0 << QPointF(50, 50) << QPointF(10, 10) << "none";
-    QTest::newRow("past right") << 1.0 << QPointF(180, 50) << QPointF(10, 10) << "right";
-    QTest::newRow("past left") << 1.0 << QPointF(10, 50) << QPointF(-40, 0) << "left";
-    QTest::newRow("past top") << 1.0 << QPointF(50, 5) << QPointF(0, -30) << "top";
-    QTest::newRow("past bottom right") << 1.0 << QPointF(190, 145) << QPointF(5, 5) << "right bottom";
-    QTest::newRow("zoom 2 past right") << 2.0 << QPointF(190, 50) << QPointF(5, 0) << "right";
-    QTest::newRow("zoom 0.8 past bottom") << 0.8 << QPointF(20, 140) << QPointF(0, 0) << "bottom";
-    // Wider than the picture: the right edge wins over the left one.
-    QTest::newRow("zoom 0.25 wider than picture") << 0.25 << QPointF(20, 140) << QPointF(0, 0) << "right bottom wide";
-}
-
-void tst_GsObject::labelKeptInsideArea()
-{
-    QFETCH(double, zoom);
-    QFETCH(QPointF, itemPos);
-    QFETCH(QPointF, labelPos);
-    QFETCH(QString, edge);
-
-    GsFixture& f = make();
-    f.editor->setZoom(zoom);
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* box = manip->addUnstored(itemPos, QSizeF(5, 5));
-    box->setName(QStringLiteral("Length"));
-    box->setDisplayValue(QStringLiteral("123.4 um"));
-    box->setLabelFontPixSize(14);
-    box->setLabelVisible(true);
-    box->setLabelPos(labelPos);
-
-    // The label keeps its size on screen: its item size shrinks with the zoom.
-    const QRectF before = box->getLabelRect();
-    QVERIFY(before.width() > 40.0 / zoom);
-    box->ensureLabelVisible();
-    const QRectF label = box->mapRectToParent(box->getLabelRect());
-    const QRectF area = f.editor->getEditorArea();
-    QCOMPARE(box->getLabelRect().size(), before.size());
-    if (edge.contains(QLatin1String("wide")))
-        QVERIFY(label.left() < area.left());
-    else
-        QVERIFY2(area.adjusted(-1e-9, -1e-9, 1e-9, 1e-9).contains(label),
-             qPrintable(QStringLiteral("%1 %2 %3 %4").arg(label.x()).arg(label.y()).arg(label.width()).arg(label.height())));
-    if (edge == QLatin1String("none"))
-        QCOMPARE(box->getLabelPos(), labelPos);
-    if (edge.contains(QLatin1String("right")))
-        QCOMPARE(label.right(), area.right());
-    if (edge.contains(QLatin1String("left")))
-        QCOMPARE(label.left(), area.left());
-    if (edge.contains(QLatin1String("top")))
-        QCOMPARE(label.top(), area.top());
-    if (edge.contains(QLatin1String("bottom")))
-        QCOMPARE(label.bottom(), area.bottom());
-
-    // On screen the label is as many pixels as at zoom 1.
-    const QRect onScreen = f.view->mapFromScene(box->mapToScene(box->getLabelRect())).boundingRect();
-    QVERIFY(qAbs(onScreen.width() - before.width() * zoom) <= 2);
-}
-
-void tst_GsObject::labelLeaderLine()
-{
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* box = manip->addUnstored(QPointF(20, 20), QSizeF(5, 5));
-    box->setName(QStringLiteral("A"));
-    box->setLabelVisible(true);
-    box->setLabelAnchor(QPointF(0, 0));
-    box->setLabelPos(QPointF(5, 5));
-    auto leader = [box]() -> QGraphicsLineItem* {
-        for (QGraphicsItem* child : box->childItems()) {
-            if (auto* line = qgraphicsitem_cast<QGraphicsLineItem*>(child))
-                return line;
-        }
-        return nullptr;
-    };
-    QVERIFY(leader());
-    QVERIFY(!leader()->isVisible());
-    box->setLabelPos(QPointF(80, 60));
-    QVERIFY(leader()->isVisible());
-    QCOMPARE(leader()->line().p1(), QPointF(0, 0));
-    QCOMPARE(leader()->line().p2(), QPointF(80, 60));
-    // The same item distance is short on screen when zoomed out.
-    f.editor->setZoom(0.2);
-    box->adjustScale(0.2);
-    QVERIFY(!leader()->isVisible());
-}
-
-void tst_GsObject::trashVisibility_data()
-{
-    QTest::addColumn<bool>("allowed");
-    QTest::addColumn<bool>("current");
-    QTest::addColumn<bool>("hidden");
-    QTest::addColumn<bool>("visible");
-
-    QTest::newRow("allowed, current") << true << true << false << true;
-    QTest::newRow("allowed, not current") << true << false << false << false;
-    QTest::newRow("not allowed, current") << false << true << false << false;
-    QTest::newRow("allowed, current, hidden") << true << true << true << false;
-}
-
-void tst_GsObject::trashVisibility()
-{
-    QFETCH(bool, allowed);
-    QFETCH(bool, current);
-    QFETCH(bool, hidden);
-    QFETCH(bool, visible);
-
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* box = manip->addStored(QPointF(20, 20), QSizeF(30, 30));
-    box->allowTrashVisible(allowed);
-    box->setAlwaysHidden(hidden);
-    f.editor->setCurrentObject(current ? box : nullptr, false);
-    QCOMPARE(box->getTrashButton()->isVisible(), visible);
-    QCOMPARE(box->hidden, hidden);
-    // Order does not matter: allowing after becoming current shows it too.
-    f.editor->setCurrentObject(nullptr, false);
-    box->allowTrashVisible(false);
-    f.editor->setCurrentObject(current ? box : nullptr, false);
-    box->allowTrashVisible(allowed);
-    QCOMPARE(box->getTrashButton()->isVisible(), visible);
-}
-
-void tst_GsObject::activeButtonsActLikeRadioButtons()
-{
-    GsFixture& f = make();
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* a = manip->addStored(QPointF(40, 40), QSizeF(20, 20));
-    TestGsItem* b = manip->addStored(QPointF(120, 40), QSizeF(20, 20));
-    QPixmap off(20, 20);
-    off.fill(Qt::gray);
-    QPixmap on(20, 20);
-    on.fill(Qt::blue);
-    for (TestGsItem* item : {a, b}) {
-        item->setActivePos(QPointF(-25, 0));
-        item->setUseActiveButton(true);
-        item->allowActiveVisible(true, off, on);
-    }
-    QVERIFY(a->getUseActiveButton());
-    QList<OvGsObject*> clicked;
-    QObject scope;
-    for (TestGsItem* item : {a, b})
-        connect(item, &OvGsObject::signalActiveButtonClicked, &scope, [&clicked](OvGsObject* o) { clicked << o; });
-
-    QTest::mouseClick(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, f.toViewport(QPointF(25, 50)));
-    QVERIFY(a->getActivePressed() && !b->getActivePressed());
-    QCOMPARE(a->getActiveButton()->pixmap().toImage().pixelColor(5, 5), QColor(Qt::blue));
-    QTest::mouseClick(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, f.toViewport(QPointF(105, 50)));
-    QVERIFY(!a->getActivePressed() && b->getActivePressed());
-    QCOMPARE(a->getActiveButton()->pixmap().toImage().pixelColor(5, 5), QColor(Qt::gray));
-    QTest::mouseClick(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, f.toViewport(QPointF(105, 50)));
-    QVERIFY(!a->getActivePressed() && !b->getActivePressed());
-    QCOMPARE(clicked, QList<OvGsObject*>({a, b, b}));
-    QVERIFY(a->pos() == QPointF(40, 40) && b->pos() == QPointF(120, 40));
-
-    b->setActivePressed(true);
-    OvGsObject::makeAllActiveGray();
-    QVERIFY(!b->getActivePressed());
-}
-
-void tst_GsObject::labelDragMovesOnlyTheLabel()
-{
-    GsFixture& f = make();
-    f.editor->setZoom(2.0);
-    TestManipulator* manip = f.addManipulator(kBoxType);
-    TestGsItem* box = manip->addStored(QPointF(20, 20), QSizeF(10, 10));
-    box->setName(QStringLiteral("Box"));
-    box->setLabelVisible(true);
-    box->setLabelPos(QPointF(20, 20));
-    const int count = f.stack.count();
-
-    const QPoint start = f.toViewport(QPointF(20 + 22, 20 + 22));
-    QTest::mousePress(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, start);
-    QVERIFY(box->isLabelDragging());
-    GsFixture::mouseMove(f.view->viewport(), start + QPoint(30, -10), Qt::LeftButton);
-    QTest::mouseRelease(f.view->viewport(), Qt::LeftButton, Qt::NoModifier, start + QPoint(30, -10));
-    QVERIFY(!box->isLabelDragging());
-    QCOMPARE(box->getLabelPos(), QPointF(35, 15));
-    QCOMPARE(box->pos(), QPointF(20, 20));
-    QCOMPARE(f.stack.count(), count);
-}
-
-void tst_GsObject::paintWithChildrenDrawsLabel()
-{
-    TestGsItem box(nullptr, nullptr, kBoxType, QSizeF(10, 10));
-    box.setColor(QColor(255, 0, 0));
-    box.setName(QStringLiteral("MMMM"));
-    box.setLabelVisible(true);
-    box.setLabelPos(QPointF(20, 20));
-    QImage image(120, 80, QImage::Format_ARGB32);
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    box.paintWithChildren(&painter);
-    painter.end();
-    // The label's dark background lands at its place, the shape at (0, 0).
-    QVERIFY(qGray(image.pixel(21, 21)) < 128);
-    QVERIFY(image.pixelColor(10, 5).red() > 200 && image.pixelColor(10, 5).green() < 60);
-    QCOMPARE(image.pixelColor(100, 5), QColor(Qt::white));
-    box.paintWithChildren(nullptr);
-}
 
 QTEST_MAIN(tst_GsObject)
 #include "tst_gsobject.moc"

@@ -10,76 +10,70 @@ class tst_MediaInfo : public QObject
     Q_OBJECT
 
 private slots:
-    void umForPixels_data();
-    void umForPixels();
-    void scaleBlocking_data();
-    void scaleBlocking();
+    void umForPixels_data()
+    {
+        QTest::addColumn<double>("umX");
+        QTest::addColumn<double>("umY");
+        QTest::addColumn<double>("pixels");
+        QTest::addColumn<double>("angle");
+        QTest::addColumn<double>("expected");
+        QTest::addColumn<bool>("calibrated");
+
+        QTest::newRow("100 px along x") << 0.25 << 4.0 << 100.0 << 0.0 << 25.0 << true;
+        QTest::newRow("100 px along y uses umY") << 0.25 << 4.0 << 100.0 << M_PI / 2 << 400.0 << true;
+        QTest::newRow("45 degrees, 3 and 4 um") << 3.0 << 4.0 << 2.0 << M_PI / 4 << 2.0 * std::sqrt(12.5) << true;
+        QTest::newRow("square pixels: angle does not matter") << 2.0 << 2.0 << 10.0 << 1.0 << 20.0 << true;
+        QTest::newRow("uncalibrated") << 0.0 << 0.0 << 100.0 << 0.0 << 0.0 << false;
+        QTest::newRow("negative is uncalibrated") << -1.0 << -1.0 << 100.0 << 0.0 << 0.0 << false;
+        QTest::newRow("one axis missing") << 1.0 << 0.0 << 100.0 << 0.0 << 0.0 << false;
+        QTest::newRow("not a number") << qQNaN() << qQNaN() << 100.0 << 0.0 << 0.0 << false;
+        QTest::newRow("infinite pixels") << 1.0 << 1.0 << qInf() << 0.0 << 0.0 << true;
+    }
+
+    void umForPixels()
+    {
+        QFETCH(double, umX);
+        QFETCH(double, umY);
+        QFETCH(double, pixels);
+        QFETCH(double, angle);
+        QFETCH(double, expected);
+        QFETCH(bool, calibrated);
+
+        KxMediaInfo info;
+        info.setUmPerPixel(umX, umY);
+        QCOMPARE(info.isCalibrated(), calibrated);
+        QVERIFY(qAbs(info.calculateUmForPixels(pixels, angle) - expected) < 1e-9);
+
+        // A copy measures the same.
+        const KxMediaInfo copy = info;
+        QVERIFY(qAbs(copy.calculateUmForPixels(pixels, angle) - expected) < 1e-9);
+    }
+
+    void scaleBlocking_data()
+    {
+        QTest::addColumn<double>("zoom");
+        QTest::addColumn<bool>("blocks");
+
+        QTest::newRow("1:1") << 1.0 << false;
+        QTest::newRow("exactly 1/16") << 1.0 / 16.0 << false;
+        QTest::newRow("just below 1/16") << 0.0624 << true;
+        QTest::newRow("zero") << 0.0 << true;
+        QTest::newRow("negative") << -1.0 << true;
+        QTest::newRow("not a number") << qQNaN() << true;
+    }
+
+    void scaleBlocking()
+    {
+        QFETCH(double, zoom);
+        QFETCH(bool, blocks);
+
+        KxView view(QPoint(2, 3), zoom);
+        QCOMPARE(view.isScaleBlockingTool(), blocks);
+        QCOMPARE(view.getOrigin(), QPoint(2, 3));
+    }
+
 };
 
-void tst_MediaInfo::umForPixels_data()
-{
-    QTest::addColumn<double>("umX");
-    QTest::addColumn<double>("umY");
-    QTest::addColumn<double>("pixels");
-    QTest::addColumn<double>("angle");
-    QTest::addColumn<double>("expected");
-    QTest::addColumn<bool>("calibrated");
-
-    QTest::newRow("one pixel is one pixel size") << 0.5 << 0.5 << 1.0 << 0.0 << 0.5 << true;
-    QTest::newRow("100 px along x") << 0.25 << 4.0 << 100.0 << 0.0 << 25.0 << true;
-    QTest::newRow("100 px along y uses umY") << 0.25 << 4.0 << 100.0 << M_PI / 2 << 400.0 << true;
-    QTest::newRow("45 degrees, 3 and 4 um") << 3.0 << 4.0 << 2.0 << M_PI / 4 << 2.0 * std::sqrt(12.5) << true;
-    QTest::newRow("square pixels: angle does not matter") << 2.0 << 2.0 << 10.0 << 1.0 << 20.0 << true;
-    QTest::newRow("uncalibrated") << 0.0 << 0.0 << 100.0 << 0.0 << 0.0 << false;
-    QTest::newRow("negative is uncalibrated") << -1.0 << -1.0 << 100.0 << 0.0 << 0.0 << false;
-    QTest::newRow("one axis missing") << 1.0 << 0.0 << 100.0 << 0.0 << 0.0 << false;
-    QTest::newRow("not a number") << qQNaN() << qQNaN() << 100.0 << 0.0 << 0.0 << false;
-    QTest::newRow("infinite pixels") << 1.0 << 1.0 << qInf() << 0.0 << 0.0 << true;
-}
-
-void tst_MediaInfo::umForPixels()
-{
-    QFETCH(double, umX);
-    QFETCH(double, umY);
-    QFETCH(double, pixels);
-    QFETCH(double, angle);
-    QFETCH(double, expected);
-    QFETCH(bool, calibrated);
-
-    KxMediaInfo info;
-    info.setUmPerPixel(umX, umY);
-    QCOMPARE(info.isCalibrated(), calibrated);
-    QVERIFY(qAbs(info.calculateUmForPixels(pixels, angle) - expected) < 1e-9);
-
-    // A copy measures the same.
-    const KxMediaInfo copy = info;
-    QVERIFY(qAbs(copy.calculateUmForPixels(pixels, angle) - expected) < 1e-9);
-}
-
-void tst_MediaInfo::scaleBlocking_data()
-{
-    QTest::addColumn<double>("zoom");
-    QTest::addColumn<bool>("blocks");
-
-    QTest::newRow("1:1") << 1.0 << false;
-    QTest::newRow("exactly 1/16") << 1.0 / 16.0 << false;
-    QTest::newRow("just below 1/16") << 0.0624 << true;
-    QTest::newRow("1/32") << 1.0 / 32.0 << true;
-    QTest::newRow("zoomed in 8x") << 8.0 << false;
-    QTest::newRow("zero") << 0.0 << true;
-    QTest::newRow("negative") << -1.0 << true;
-    QTest::newRow("not a number") << qQNaN() << true;
-}
-
-void tst_MediaInfo::scaleBlocking()
-{
-    QFETCH(double, zoom);
-    QFETCH(bool, blocks);
-
-    KxView view(QPoint(2, 3), zoom);
-    QCOMPARE(view.isScaleBlockingTool(), blocks);
-    QCOMPARE(view.getOrigin(), QPoint(2, 3));
-}
 
 QTEST_MAIN(tst_MediaInfo)
 #include "tst_mediainfo.moc"
