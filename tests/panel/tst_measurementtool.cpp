@@ -14,8 +14,6 @@
 #include <QTimer>
 #include <QtTest>
 
-#include <memory>
-
 namespace {
 
 using Panel = OvGuiMeasurementTool;
@@ -23,8 +21,8 @@ const QColor kStd(0, 177, 253);
 const QColor kRed(255, 0, 0);
 const QColor kGreen(0, 128, 0);
 // Artwork of the distance button per variant (freehandType).
-const char* const kLines[] = { "measure", "freeform_line", "multiple_distance_line", "paralell_distance_line",
-                               "circle_distance_line" };
+const QStringList kLines = { "measure", "freeform_line", "multiple_distance_line", "paralell_distance_line",
+                             "circle_distance_line" };
 enum Trigger { Reset, ProfileSwitch, Deselect };
 
 // A measurement item, enough to be the editor's current or selected object.
@@ -50,6 +48,7 @@ struct SignalLog : QObject
     QStringList entries;
 };
 
+// Settings of the panel's group; the interface scale lives outside it.
 QVariant stored(const QString& aKey)
 {
     return KxAppSettings::value("Measurement/" + aKey);
@@ -58,14 +57,14 @@ QVariant stored(const QString& aKey)
 void store(const QVariantMap& aValues)
 {
     for (auto it = aValues.cbegin(); it != aValues.cend(); ++it)
-        KxAppSettings::setValue("Measurement/" + it.key(), it.value());
+        KxAppSettings::setValue((it.key() == "ScalingFactor" ? "" : "Measurement/") + it.key(), it.value());
 }
 
-// Whether the icon, in that mode and state, shows the host's artwork aFile (which must exist).
-bool showsArtwork(const QIcon& anIcon, const QString& aFile, int aSide = 24, QIcon::Mode aMode = QIcon::Normal,
-                  QIcon::State aState = QIcon::Off)
+// Whether the icon, in that mode and state, shows the host's artwork aName-aVariant.svg (which must exist).
+bool showsArtwork(const QIcon& anIcon, const QString& aName, const char* aVariant = "normal", int aSide = 24,
+                  QIcon::Mode aMode = QIcon::Normal, QIcon::State aState = QIcon::Off)
 {
-    const QPixmap artwork(":/tessilarresources/" + aFile);
+    const QPixmap artwork(QString(":/tessilarresources/%1-%2.svg").arg(aName, aVariant));
     const QImage expected = artwork.scaled(aSide, aSide, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).toImage();
     const QImage shown = anIcon.pixmap(aSide, aSide, aMode, aState).toImage();
     return !artwork.isNull()
@@ -77,423 +76,371 @@ bool showsArtwork(const QIcon& anIcon, const QString& aFile, int aSide = 24, QIc
 class tst_MeasurementTool : public QObject
 {
     Q_OBJECT
-private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
-
-    void startState_data();
-    void startState();
-    void styleGestures_data();
-    void styleGestures();
-    void menus_data();
-    void menus();
-    void unknownMenuData();
-    void defaultsComeBack_data();
-    void defaultsComeBack();
-    void kernelColor_data();
-    void kernelColor();
-    void scaling_data();
-    void scaling();
-
-private:
-    void select(int aCount);
 
     QGraphicsScene scene;
-    KxGsEditor* editor = nullptr;
+    KxGsEditor* editor = KxGsEditor::getInstance();
     QList<TestGsObject*> objects;
-    std::unique_ptr<QTemporaryDir> settingsDir;
-};
+    QTemporaryDir settingsDir;
+    int settingsCount = 0;
 
-void tst_MeasurementTool::initTestCase()
-{
-    editor = KxGsEditor::getInstance();
-    scene.addItem(editor);
-    objects << new TestGsObject(editor) << new TestGsObject(editor);
-}
-
-// Every test starts from empty settings.
-void tst_MeasurementTool::init()
-{
-    settingsDir.reset(new QTemporaryDir);
-    KxAppSettings::setFileName(settingsDir->filePath("settings.ini"));
-}
-
-void tst_MeasurementTool::cleanup()
-{
-    editor->setCurrentObject(nullptr, false);
-    KxAppSettings::setProfile(QString());
-    KxAppSettings::setFileName(QString());
-}
-
-void tst_MeasurementTool::select(int aCount)
-{
-    editor->setCurrentObject(nullptr, false);
-    for (int i = 0; i < aCount; ++i)
-        editor->setCurrentObject(objects.at(i), i > 0);
-    QCOMPARE(editor->getSelectedObjects().size(), aCount);
-}
-
-void tst_MeasurementTool::startState_data()
-{
-    QTest::addColumn<QVariantMap>("settings");
-    QTest::addColumn<int>("width");
-    QTest::addColumn<int>("fontSize");
-    QTest::addColumn<QColor>("color");
-    QTest::addColumn<bool>("radius");
-    QTest::addColumn<bool>("innerAngle");
-    QTest::addColumn<int>("freehand");
-
-    QTest::newRow("nothing stored") << QVariantMap() << 2 << 16 << kStd << true << true << 0;
-    QTest::newRow("stored choices") << QVariantMap{ { "LineWidth", 7 }, { "FontSize", 30 }, { "Color", kRed },
-                                                    { "RadiusType", 1 }, { "AngleType", 1 }, { "FHandType", 3 } }
-                                    << 7 << 30 << kRed << false << false << 3;
-    QTest::newRow("garbage numbers fall back")
-        << QVariantMap{ { "LineWidth", "wide" }, { "FontSize", "12abc" }, { "RadiusType", "x" }, { "FHandType", "?" } }
-        << 2 << 16 << kStd << true << true << 0;
-    QTest::newRow("out of range clamped by the widgets")
-        << QVariantMap{ { "LineWidth", 99 }, { "FontSize", 2 } } << 20 << 8 << kStd << true << true << 0;
-    QTest::newRow("colour as text, unknown variant falls back")
-        << QVariantMap{ { "Color", "#008000" }, { "FHandType", 9 } } << 2 << 16 << kGreen << true << true << 0;
-    // An unconvertible colour is invalid, which the dialog holds as opaque black.
-    QTest::newRow("garbage colour") << QVariantMap{ { "Color", "no colour" } } << 2 << 16 << QColor(Qt::black) << true
-                                    << true << 0;
-}
-
-void tst_MeasurementTool::startState()
-{
-    QFETCH(QVariantMap, settings);
-    QFETCH(int, width);
-    QFETCH(int, fontSize);
-    QFETCH(QColor, color);
-    QFETCH(bool, radius);
-    QFETCH(bool, innerAngle);
-    QFETCH(int, freehand);
-
-    store(settings);
-    Panel panel;
-    QCOMPARE(panel.theSBWidth->value(), width);
-    QCOMPARE(panel.theSBFontSize->value(), fontSize);
-    QCOMPARE(panel.getColor(), color);
-    QCOMPARE(panel.radiusMode, radius);
-    QCOMPARE(panel.innerAngleMode, innerAngle);
-    QCOMPARE(panel.freehandType, freehand);
-    QCOMPARE(panel.theColorButton->styleSheet(),
-             QStringLiteral("QToolButton{background: %1;       border: 1px; border-color: black; border-style: outset;}")
-                 .arg(color.name()));
-    QVERIFY(showsArtwork(panel.theRadiusButton->icon(), radius ? "radius-normal.svg" : "diameter-normal.svg"));
-    const QString line = kLines[freehand];
-    QVERIFY(showsArtwork(panel.theDistanceButton->icon(), line + "-normal.svg"));
-    QVERIFY(showsArtwork(panel.theDistanceButton->icon(), line + "-active.svg", 24, QIcon::Normal, QIcon::On));
-    QVERIFY(showsArtwork(panel.theDistanceButton->icon(), line + "-hover.svg", 24, QIcon::Active, QIcon::Off));
-    QVERIFY(showsArtwork(panel.theDistanceButton->icon(), line + "-deactive.svg", 24, QIcon::Disabled, QIcon::On));
-    // Reading writes nothing.
-    for (const char* key : { "LineWidth", "FontSize", "Color", "RadiusType", "AngleType", "FHandType" })
-        QCOMPARE(stored(key).isValid(), settings.contains(key));
-}
-
-// User changes of width, font size and colour are announced, and remembered only while nothing is selected.
-void tst_MeasurementTool::styleGestures_data()
-{
-    QTest::addColumn<QString>("widget");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<int>("selected");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QVariant>("value");
-
-    // Clicks at x 68 of 136: 1 + round(19 / 2) = 11 and 8 + round(64 / 2) = 40.
-    QTest::newRow("width slider, nothing selected") << "theSLWidth" << "" << 0 << "LineWidth" << QVariant(11);
-    QTest::newRow("font slider, one selected") << "theSLFontSize" << "" << 1 << "FontSize" << QVariant(40);
-    // Typed values count once they are committed: no intermediate "1" on the way to 12.
-    QTest::newRow("width typed, two digits") << "theSBWidth" << "12" << 0 << "LineWidth" << QVariant(12);
-    QTest::newRow("font typed, two selected") << "theSBFontSize" << "30" << 2 << "FontSize" << QVariant(30);
-    QTest::newRow("colour, nothing selected") << "theColorButton" << "" << 0 << "Color" << QVariant(kGreen);
-    QTest::newRow("colour, two selected") << "theColorButton" << "" << 2 << "Color" << QVariant(kGreen);
-}
-
-void tst_MeasurementTool::styleGestures()
-{
-    QFETCH(QString, widget);
-    QFETCH(QString, typed);
-    QFETCH(int, selected);
-    QFETCH(QString, key);
-    QFETCH(QVariant, value);
-
-    Panel panel;
-    panel.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&panel));
-    select(selected);
-    SignalLog log(&panel);
-    QStringList whileOpen;
-    if (QSlider* slider = panel.findChild<QSlider*>(widget)) {
-        QCOMPARE(slider->width(), 136);
-        slider->setValue(slider->minimum());
-        log.entries.clear();
-        QTest::mouseClick(slider, Qt::LeftButton, Qt::NoModifier, QPoint(68, 7));
-    } else if (QSpinBox* spin = panel.findChild<QSpinBox*>(widget)) {
-        spin->setFocus();
-        spin->selectAll();
-        QTest::keyClicks(spin, typed);
-        QTest::keyClick(spin, Qt::Key_Return);
-    } else {
-        // Runs inside the dialog's own event loop, once it is open: the colour applies live.
-        QColorDialog* dialog = panel.getColorDialog();
-        QTimer::singleShot(0, dialog, [&] {
-            dialog->setCurrentColor(kGreen);
-            if (dialog->isVisible())
-                whileOpen = log.entries;
-            dialog->accept();
-        });
-        QTest::mouseClick(panel.theColorButton, Qt::LeftButton);
-        QCOMPARE(whileOpen, QStringList{ "color=#008000" });
-        QVERIFY(panel.theColorButton->styleSheet().contains("background: #008000;"));
+    void select(int aCount)
+    {
+        editor->setCurrentObject(nullptr, false);
+        for (int i = 0; i < aCount; ++i)
+            editor->setCurrentObject(objects.at(i), i > 0);
+        QCOMPARE(editor->getSelectedObjects().size(), aCount);
     }
 
-    const bool isColor = key == "Color", isWidth = key == "LineWidth";
-    const QString signal = isColor ? "color=#008000" : QString(isWidth ? "width=%1" : "font=%1").arg(value.toInt());
-    QCOMPARE(log.entries, QStringList{ signal });
-    QCOMPARE(isColor ? QVariant(panel.getColor()) : QVariant(isWidth ? panel.getLineWidth() : panel.getFontSize()), value);
-    if (!isColor)
-        QCOMPARE((isWidth ? panel.theSBWidth : panel.theSBFontSize)->value(), value.toInt());
-    QCOMPARE(stored(key), selected == 0 ? value : QVariant());
-}
+private slots:
+    void initTestCase()
+    {
+        scene.addItem(editor);
+        objects << new TestGsObject(editor) << new TestGsObject(editor);
+    }
+    // Every test starts from empty settings.
+    void init() { KxAppSettings::setFileName(settingsDir.filePath(QString("settings%1.ini").arg(++settingsCount))); }
+    void cleanup()
+    {
+        editor->setCurrentObject(nullptr, false);
+        KxAppSettings::setProfile(QString());
+        KxAppSettings::setFileName(QString());
+    }
 
-// Variant choices show on the button, check it, and are stored (whatever is selected) for the next start.
-void tst_MeasurementTool::menus_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<int>("choice");
-    QTest::addColumn<bool>("checkedBefore");
-    QTest::addColumn<QString>("icon");
-    QTest::addColumn<QList<bool>>("toggles");
+    // The panel starts from the stored settings, at the stored interface scale.
+    void startState_data()
+    {
+        QTest::addColumn<QVariantMap>("settings");
+        QTest::addColumn<int>("width");
+        QTest::addColumn<int>("fontSize");
+        QTest::addColumn<QColor>("color");
+        // Artwork on the radius, angle and distance buttons, which tells their mode.
+        QTest::addColumn<QStringList>("modes");
+        QTest::addColumn<double>("scale");
 
-    const QList<bool> on = { true };
-    QTest::newRow("diameter") << "RadiusType" << 0 << false << "diameter" << on;
-    QTest::newRow("radius while checked: no toggle") << "RadiusType" << 1 << true << "radius" << QList<bool>();
-    QTest::newRow("outer angle") << "AngleType" << 1 << false << "out-angle" << on;
-    for (int i = 1; i < 5; ++i)
-        QTest::newRow(kLines[i]) << "FHandType" << i << false << kLines[i] << on;
-    QTest::newRow("current variant re-checks the button") << "FHandType" << 0 << true << "measure"
-                                                          << QList<bool>{ false, true };
-}
+        const QStringList defaultModes = { "radius", "angle", "measure" };
+        QTest::newRow("nothing stored") << QVariantMap() << 2 << 16 << kStd << defaultModes << 1.0;
+        QTest::newRow("stored choices, 125 %")
+            << QVariantMap{ { "LineWidth", 7 }, { "FontSize", 30 }, { "Color", kRed }, { "RadiusType", 1 },
+                            { "AngleType", 1 }, { "FHandType", 3 }, { "ScalingFactor", 125 } }
+            << 7 << 30 << kRed << QStringList{ "diameter", "out-angle", kLines[3] } << 1.25;
+        QTest::newRow("garbage numbers fall back")
+            << QVariantMap{ { "LineWidth", "wide" }, { "FontSize", "12abc" }, { "RadiusType", "x" }, { "FHandType", "?" },
+                            { "ScalingFactor", "big" } }
+            << 2 << 16 << kStd << defaultModes << 1.0;
+        QTest::newRow("colour as text, unknown variant falls back, 200 %")
+            << QVariantMap{ { "Color", "#008000" }, { "FHandType", 9 }, { "ScalingFactor", 200 } } << 2 << 16 << kGreen
+            << defaultModes << 2.0;
+        // An unconvertible colour is invalid, which the dialog holds as opaque black.
+        QTest::newRow("out of range clamped by the widgets, garbage colour, negative scale")
+            << QVariantMap{ { "LineWidth", 99 }, { "FontSize", 2 }, { "Color", "?" }, { "ScalingFactor", -50 } } << 20 << 8
+            << QColor(Qt::black) << defaultModes << 1.0;
+    }
+    void startState()
+    {
+        QFETCH(QVariantMap, settings);
+        QFETCH(int, width);
+        QFETCH(int, fontSize);
+        QFETCH(QColor, color);
+        QFETCH(QStringList, modes);
+        QFETCH(double, scale);
 
-void tst_MeasurementTool::menus()
-{
-    QFETCH(QString, key);
-    QFETCH(int, choice);
-    QFETCH(bool, checkedBefore);
-    QFETCH(QString, icon);
-    QFETCH(QList<bool>, toggles);
+        store(settings);
+        Panel panel;
+        QCOMPARE(panel.theSBWidth->value(), width);
+        QCOMPARE(panel.theSBFontSize->value(), fontSize);
+        QCOMPARE(panel.getColor(), color);
+        QCOMPARE(panel.theColorButton->styleSheet(),
+                 QString("QToolButton{background: %1;       border: 1px; border-color: black; border-style: outset;}")
+                     .arg(color.name()));
+        QCOMPARE(panel.radiusMode, modes[0] == "radius");
+        QCOMPARE(panel.innerAngleMode, modes[1] == "angle");
+        QCOMPARE(panel.freehandType, kLines.indexOf(modes[2]));
+        // Reading writes nothing.
+        for (const char* key : { "LineWidth", "FontSize", "Color", "RadiusType", "AngleType", "FHandType" })
+            QCOMPARE(stored(key).isValid(), settings.contains(key));
 
-    // The menus list diameter before radius; the stored type is 1 for diameter and outer angle.
-    const int storedType = key == "RadiusType" ? 1 - choice : choice;
-    const auto button = [&](Panel& aPanel) {
-        return key == "RadiusType" ? aPanel.theRadiusButton
-                                   : key == "AngleType" ? aPanel.theAngleButton : aPanel.theDistanceButton;
-    };
-    const auto checkModes = [&](Panel& aPanel) {
-        QCOMPARE(aPanel.radiusMode, key != "RadiusType" || storedType == 0);
-        QCOMPARE(aPanel.innerAngleMode, key != "AngleType" || storedType == 0);
-        QCOMPARE(aPanel.freehandType, key == "FHandType" ? storedType : 0);
-        QVERIFY(showsArtwork(button(aPanel)->icon(), icon + "-normal.svg"));
-    };
+        QCOMPARE(panel.theDistanceButton->styleSheet(), OvCommonStyle::generalStyleSheet(scale));
+        QCOMPARE(panel.maximumWidth(), int(152 * scale));
+        QCOMPARE(panel.theDistanceButton->maximumSize(), QSize(int(34 * scale), int(24 * scale)));
+        QCOMPARE(panel.measureline_4->minimumWidth(), int(136 * scale));
+        const int side = qRound(24 * scale);
+        QCOMPARE(panel.theDistanceButton->iconSize(), QSize(side, side));
+        QVERIFY(showsArtwork(panel.theRadiusButton->icon(), modes[0], "normal", side));
+        const QIcon distance = panel.theDistanceButton->icon();
+        QVERIFY(showsArtwork(distance, modes[2], "normal", side));
+        QVERIFY(showsArtwork(distance, modes[2], "active", side, QIcon::Normal, QIcon::On));
+        QVERIFY(showsArtwork(distance, modes[2], "hover", side, QIcon::Active, QIcon::Off));
+        QVERIFY(showsArtwork(distance, modes[2], "deactive", side, QIcon::Disabled, QIcon::On));
+        QMenu* menu = panel.theRadiusButton->menu();
+        QCOMPARE(menu->styleSheet(), QString("QMenu::item {padding: 0px %1px 0px %1px;}").arg(12 * scale));
+        QCOMPARE(menu->style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, menu), int(24 * scale));
+        QVERIFY(showsArtwork(menu->actions().at(0)->icon(), "diameter", "hover", side, QIcon::Normal));
+        QVERIFY(showsArtwork(menu->actions().at(0)->icon(), "diameter", "active", side, QIcon::Active));
+        QCOMPARE(panel.theRadiusButton->style()->pixelMetric(QStyle::PM_ButtonShiftHorizontal), 0);
+    }
+
+    // User changes of width, font size and colour are announced, and remembered only while nothing is selected.
+    void styleGestures_data()
+    {
+        QTest::addColumn<QString>("widget");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("selected");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QVariant>("value");
+
+        // Clicks at x 68 of 136: 1 + round(19 / 2) = 11 and 8 + round(64 / 2) = 40.
+        QTest::newRow("width slider, nothing selected") << "theSLWidth" << "" << 0 << "LineWidth" << QVariant(11);
+        QTest::newRow("font slider, one selected") << "theSLFontSize" << "" << 1 << "FontSize" << QVariant(40);
+        // Typed values count once they are committed: no intermediate "1" on the way to 12.
+        QTest::newRow("width typed, two digits") << "theSBWidth" << "12" << 0 << "LineWidth" << QVariant(12);
+        QTest::newRow("font typed, two selected") << "theSBFontSize" << "30" << 2 << "FontSize" << QVariant(30);
+        QTest::newRow("colour, nothing selected") << "theColorButton" << "" << 0 << "Color" << QVariant(kGreen);
+        QTest::newRow("colour, two selected") << "theColorButton" << "" << 2 << "Color" << QVariant(kGreen);
+    }
+    void styleGestures()
+    {
+        QFETCH(QString, widget);
+        QFETCH(QString, typed);
+        QFETCH(int, selected);
+        QFETCH(QString, key);
+        QFETCH(QVariant, value);
+
+        Panel panel;
+        panel.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&panel));
+        select(selected);
+        SignalLog log(&panel);
+        if (QSlider* slider = panel.findChild<QSlider*>(widget)) {
+            QCOMPARE(slider->width(), 136);
+            slider->setValue(slider->minimum());
+            log.entries.clear();
+            QTest::mouseClick(slider, Qt::LeftButton, Qt::NoModifier, QPoint(68, 7));
+        } else if (QSpinBox* spin = panel.findChild<QSpinBox*>(widget)) {
+            spin->setFocus();
+            spin->selectAll();
+            QTest::keyClicks(spin, typed);
+            QTest::keyClick(spin, Qt::Key_Return);
+        } else {
+            // Runs inside the dialog's own event loop, once it is open: the colour applies live.
+            QColorDialog* dialog = panel.getColorDialog();
+            QStringList whileOpen;
+            QTimer::singleShot(0, dialog, [&] {
+                dialog->setCurrentColor(kGreen);
+                if (dialog->isVisible())
+                    whileOpen = log.entries;
+                dialog->accept();
+            });
+            QTest::mouseClick(panel.theColorButton, Qt::LeftButton);
+            QCOMPARE(whileOpen, QStringList{ "color=#008000" });
+            QVERIFY(panel.theColorButton->styleSheet().contains("background: #008000;"));
+        }
+
+        const bool isColor = key == "Color", isWidth = key == "LineWidth";
+        const QString signal = isColor ? "color=#008000" : QString(isWidth ? "width=%1" : "font=%1").arg(value.toInt());
+        QCOMPARE(log.entries, QStringList{ signal });
+        QCOMPARE(isColor ? QVariant(panel.getColor()) : QVariant(isWidth ? panel.getLineWidth() : panel.getFontSize()), value);
+        if (!isColor)
+            QCOMPARE((isWidth ? panel.theSBWidth : panel.theSBFontSize)->value(), value.toInt());
+        QCOMPARE(stored(key), selected == 0 ? value : QVariant());
+    }
+
+    // Variant choices show on the button, check it, and are stored (whatever is selected) for the next start.
+    void menus_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<int>("choice");
+        QTest::addColumn<bool>("checkedBefore");
+        QTest::addColumn<QString>("icon");
+        QTest::addColumn<QList<bool>>("toggles");
+
+        const QList<bool> on = { true };
+        QTest::newRow("diameter") << "RadiusType" << 0 << false << "diameter" << on;
+        QTest::newRow("radius while checked: no toggle") << "RadiusType" << 1 << true << "radius" << QList<bool>();
+        QTest::newRow("outer angle") << "AngleType" << 1 << false << "out-angle" << on;
+        for (int i = 1; i < 5; ++i)
+            QTest::newRow(qPrintable(kLines[i])) << "FHandType" << i << false << kLines[i] << on;
+        QTest::newRow("current variant re-checks the button") << "FHandType" << 0 << true << "measure"
+                                                              << QList<bool>{ false, true };
+    }
+    void menus()
+    {
+        QFETCH(QString, key);
+        QFETCH(int, choice);
+        QFETCH(bool, checkedBefore);
+        QFETCH(QString, icon);
+        QFETCH(QList<bool>, toggles);
+
+        // The radius menu lists diameter first; stored 1 means diameter or outer angle.
+        const int storedType = key == "RadiusType" ? 1 - choice : choice;
+        const auto button = [&](Panel& aPanel) {
+            return key == "RadiusType" ? aPanel.theRadiusButton
+                                       : key == "AngleType" ? aPanel.theAngleButton : aPanel.theDistanceButton;
+        };
+        const auto checkModes = [&](Panel& aPanel) {
+            QCOMPARE(aPanel.radiusMode, key != "RadiusType" || storedType == 0);
+            QCOMPARE(aPanel.innerAngleMode, key != "AngleType" || storedType == 0);
+            QCOMPARE(aPanel.freehandType, key == "FHandType" ? storedType : 0);
+            QVERIFY(showsArtwork(button(aPanel)->icon(), icon));
+        };
+        {
+            Panel panel;
+            select(2);
+            QToolButton* b = button(panel);
+            b->setChecked(checkedBefore);
+            QSignalSpy toggled(b, &QToolButton::toggled);
+            SignalLog log(&panel);
+            b->menu()->actions().at(choice)->trigger();
+            QList<bool> seen;
+            for (const QList<QVariant>& args : toggled)
+                seen << args.at(0).toBool();
+            QCOMPARE(seen, toggles);
+            QVERIFY(b->isChecked());
+            QCOMPARE(log.entries, QStringList());
+            QCOMPARE(stored(key).toInt(), storedType);
+            checkModes(panel);
+        }
+        Panel restarted;
+        checkModes(restarted);
+        QVERIFY(!button(restarted)->isChecked());
+    }
+
+    void unknownMenuData()
     {
         Panel panel;
-        select(2);
-        QToolButton* b = button(panel);
-        b->setChecked(checkedBefore);
-        QSignalSpy toggled(b, &QToolButton::toggled);
-        SignalLog log(&panel);
-        b->menu()->actions().at(choice)->trigger();
-        QList<bool> seen;
-        for (const QList<QVariant>& args : toggled)
-            seen << args.at(0).toBool();
-        QCOMPARE(seen, toggles);
-        QVERIFY(b->isChecked());
-        QCOMPARE(log.entries, QStringList());
-        QCOMPARE(stored(key).toInt(), storedType);
-        checkModes(panel);
+        panel.theRadiusButton->menu()->actions().at(0)->trigger();
+        QAction* odd = panel.theRadiusButton->menu()->addAction(QString());
+        odd->setData(42);
+        panel.theRadiusButton->setChecked(false);
+        odd->trigger();
+        QVERIFY(!panel.radiusMode);
+        QVERIFY(panel.theRadiusButton->isChecked());
+        QCOMPARE(stored("RadiusType").toInt(), 1);
+
+        QAction* oddLine = panel.theDistanceButton->menu()->addAction(QString());
+        oddLine->setData(42);
+        oddLine->trigger();
+        QCOMPARE(panel.freehandType, 42);
+        QCOMPARE(stored("FHandType").toInt(), 42);
+        QVERIFY(showsArtwork(panel.theDistanceButton->icon(), "measure"));
+
+        QVERIFY(QMetaObject::invokeMethod(&panel, "slotAngleTriggered", Q_ARG(QAction*, nullptr)));
+        QVERIFY(!stored("AngleType").isValid());
     }
-    Panel restarted;
-    checkModes(restarted);
-    QVERIFY(!button(restarted)->isChecked());
-}
 
-void tst_MeasurementTool::unknownMenuData()
-{
-    Panel panel;
-    panel.theRadiusButton->menu()->actions().at(0)->trigger();
-    QAction* odd = panel.theRadiusButton->menu()->addAction(QString());
-    odd->setData(42);
-    panel.theRadiusButton->setChecked(false);
-    odd->trigger();
-    QVERIFY(!panel.radiusMode);
-    QVERIFY(panel.theRadiusButton->isChecked());
-    QCOMPARE(stored("RadiusType").toInt(), 1);
+    // Remembered values come back on reset (the "Res_" ones, announced and stored), on a profile
+    // switch and when the editor lets go of every object (both silently).
+    void defaultsComeBack_data()
+    {
+        QTest::addColumn<int>("trigger");
+        QTest::addColumn<QVariantMap>("settings");
+        QTest::addColumn<int>("width");
+        QTest::addColumn<QColor>("color");
+        QTest::addColumn<QStringList>("signalsSeen");
 
-    QAction* oddLine = panel.theDistanceButton->menu()->addAction(QString());
-    oddLine->setData(42);
-    oddLine->trigger();
-    QCOMPARE(panel.freehandType, 42);
-    QCOMPARE(stored("FHandType").toInt(), 42);
-    QVERIFY(showsArtwork(panel.theDistanceButton->icon(), "measure-normal.svg"));
-
-    QVERIFY(QMetaObject::invokeMethod(&panel, "slotAngleTriggered", Q_ARG(QAction*, nullptr)));
-    QVERIFY(!stored("AngleType").isValid());
-}
-
-// Remembered values come back on reset (the "Res_" ones, announced and stored), on a profile
-// switch and when the editor lets go of every object (both silently).
-void tst_MeasurementTool::defaultsComeBack_data()
-{
-    QTest::addColumn<int>("trigger");
-    QTest::addColumn<QVariantMap>("settings");
-    QTest::addColumn<int>("width");
-    QTest::addColumn<QColor>("color");
-    QTest::addColumn<QStringList>("signalsSeen");
-
-    const QStringList defaults = { "color=#00b1fd", "font=16", "width=2", "unit=2" };
-    QTest::newRow("reset without reset values") << int(Reset) << QVariantMap() << 2 << kStd << defaults;
-    QTest::newRow("reset to stored reset values")
-        << int(Reset) << QVariantMap{ { "Res_LineWidth", 5 }, { "Res_FontSize", 20 }, { "Res_Color", kGreen } } << 5
-        << kGreen << QStringList{ "color=#008000", "font=20", "width=5", "unit=2" };
-    QTest::newRow("reset with garbage reset values")
-        << int(Reset) << QVariantMap{ { "Res_LineWidth", "x" }, { "Res_FontSize", "" } } << 2 << kStd << defaults;
-    QTest::newRow("profile switch") << int(ProfileSwitch)
-                                    << QVariantMap{ { "LineWidth", 11 }, { "Color", kGreen }, { "AngleType", 1 } } << 11
-                                    << kGreen << QStringList();
-    QTest::newRow("no current object") << int(Deselect) << QVariantMap() << 9 << kRed << QStringList();
-}
-
-void tst_MeasurementTool::defaultsComeBack()
-{
-    QFETCH(int, trigger);
-    QFETCH(QVariantMap, settings);
-    QFETCH(int, width);
-    QFETCH(QColor, color);
-    QFETCH(QStringList, signalsSeen);
-
-    const QList<int> units = { 2, 3, 4 };
-    store(QVariantMap{ { "LineWidth", 9 }, { "FontSize", 30 }, { "Color", kRed } });
-    KxAppSettings::setProfile(trigger == ProfileSwitch ? "Lab" : "");
-    store(settings);
-    KxAppSettings::setProfile(QString());
-    Panel panel;
-    panel.setUnitsToUse(units, true);
-    panel.setLineWidth(12);
-    panel.theDistanceButton->setChecked(true);
-    SignalLog log(&panel);
-
-    if (trigger == Reset) {
-        QVERIFY(QMetaObject::invokeMethod(&panel, "slotResetSettings"));
-    } else if (trigger == ProfileSwitch) {
-        KxAppSettings::setProfile("Lab");
-        QVERIFY(!panel.innerAngleMode);
-    } else {
-        // Another object first: the draw button stays, the units wait for its manipulator.
-        editor->setCurrentObject(objects.at(0), false);
-        QVERIFY(panel.theDistanceButton->isChecked());
-        QCOMPARE(panel.getLineWidth(), 12);
-        QCOMPARE(panel.getCurrentUnit(), Panel::kNoUnit);
-        panel.setUnitsToUse(units, true);
-        editor->setCurrentObject(nullptr, false);
-        QVERIFY(!panel.theDistanceButton->isChecked());
-        QCOMPARE(panel.getUnitsToUse(), QList<int>());
+        const QStringList defaults = { "color=#00b1fd", "font=16", "width=2", "unit=2" };
+        QTest::newRow("reset without reset values") << int(Reset) << QVariantMap() << 2 << kStd << defaults;
+        QTest::newRow("reset to stored reset values")
+            << int(Reset) << QVariantMap{ { "Res_LineWidth", 5 }, { "Res_FontSize", 20 }, { "Res_Color", kGreen } } << 5
+            << kGreen << QStringList{ "color=#008000", "font=20", "width=5", "unit=2" };
+        QTest::newRow("reset with garbage reset values")
+            << int(Reset) << QVariantMap{ { "Res_LineWidth", "x" }, { "Res_FontSize", "" } } << 2 << kStd << defaults;
+        QTest::newRow("profile switch") << int(ProfileSwitch)
+                                        << QVariantMap{ { "LineWidth", 11 }, { "Color", kGreen }, { "AngleType", 1 } }
+                                        << 11 << kGreen << QStringList();
+        QTest::newRow("no current object") << int(Deselect) << QVariantMap() << 9 << kRed << QStringList();
     }
-    QCOMPARE(log.entries, signalsSeen);
-    QCOMPARE(panel.theSBWidth->value(), width);
-    QCOMPARE(panel.getColor(), color);
-    QCOMPARE(stored("LineWidth").toInt(), trigger == Reset ? width : trigger == ProfileSwitch ? 11 : 9);
-    QCOMPARE(stored("Color").value<QColor>(), trigger == Reset ? color : trigger == ProfileSwitch ? kGreen : kRed);
-    QCOMPARE(stored("Res_LineWidth"), settings.value("Res_LineWidth"));
-    if (trigger == ProfileSwitch) {
+    void defaultsComeBack()
+    {
+        QFETCH(int, trigger);
+        QFETCH(QVariantMap, settings);
+        QFETCH(int, width);
+        QFETCH(QColor, color);
+        QFETCH(QStringList, signalsSeen);
+
+        const QVariantMap before = { { "LineWidth", 9 }, { "FontSize", 30 }, { "Color", kRed } };
+        store(before);
+        KxAppSettings::setProfile(trigger == ProfileSwitch ? "Lab" : "");
+        store(settings);
         KxAppSettings::setProfile(QString());
-        QCOMPARE(panel.getLineWidth(), 9);
-        QVERIFY(panel.innerAngleMode);
+        Panel panel;
+        const QList<int> units = { 2, 3, 4 };
+        panel.setUnitsToUse(units, true);
+        panel.setLineWidth(12);
+        panel.theDistanceButton->setChecked(true);
+        SignalLog log(&panel);
+
+        if (trigger == Reset) {
+            QVERIFY(QMetaObject::invokeMethod(&panel, "slotResetSettings"));
+        } else if (trigger == ProfileSwitch) {
+            KxAppSettings::setProfile("Lab");
+            QVERIFY(!panel.innerAngleMode);
+        } else {
+            // Another object first: the draw button stays, the units wait for its manipulator.
+            editor->setCurrentObject(objects.at(0), false);
+            QVERIFY(panel.theDistanceButton->isChecked());
+            QCOMPARE(panel.getCurrentUnit(), Panel::kNoUnit);
+            panel.setUnitsToUse(units, true);
+            editor->setCurrentObject(nullptr, false);
+            QVERIFY(!panel.theDistanceButton->isChecked());
+            QCOMPARE(panel.getUnitsToUse(), QList<int>());
+        }
+        QCOMPARE(log.entries, signalsSeen);
+        QCOMPARE(panel.theSBWidth->value(), width);
+        QCOMPARE(panel.getColor(), color);
+        // Only a reset writes, and never the reset values themselves.
+        const QVariantMap& file = trigger == ProfileSwitch ? settings : before;
+        QCOMPARE(stored("LineWidth").toInt(), trigger == Reset ? width : file.value("LineWidth").toInt());
+        QCOMPARE(stored("Color").value<QColor>(), trigger == Reset ? color : file.value("Color").value<QColor>());
+        QCOMPARE(stored("Res_LineWidth"), settings.value("Res_LineWidth"));
+        if (trigger == ProfileSwitch) {
+            KxAppSettings::setProfile(QString());
+            QCOMPARE(panel.getLineWidth(), 9);
+            QVERIFY(panel.innerAngleMode);
+        }
     }
-}
 
-// The panel shows the colour of a measurement changed in the kernel, at the current frame.
-void tst_MeasurementTool::kernelColor_data()
-{
-    QTest::addColumn<int>("type");
-    QTest::addColumn<int>("vectorSize");
-    QTest::addColumn<qint64>("frame");
-    QTest::addColumn<QColor>("expected");
+    // The panel shows the colour of a measurement changed in the kernel, at the current frame.
+    void kernelColor_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<int>("vectorSize");
+        QTest::addColumn<qint64>("frame");
+        QTest::addColumn<QColor>("expected");
 
-    for (const int type : { 66651, 66653, 66655, 66656, 66658, 66659 })
-        QTest::newRow(qPrintable(QString("type %1").arg(type))) << type << 9 << qint64(0) << kRed;
-    QTest::newRow("free line is not followed") << 66755 << 9 << qint64(0) << kStd;
-    QTest::newRow("foreign type") << 12345 << 9 << qint64(0) << kStd;
-    QTest::newRow("no data") << 66653 << 0 << qint64(0) << kStd;
-    QTest::newRow("too short to hold a colour") << 66653 << 1 << qint64(0) << kStd;
-    // A frame other than 0 animates the object: red, and green from frame 10 on.
-    QTest::newRow("after the key frame") << 66656 << 9 << qint64(12) << kGreen;
-    QTest::newRow("before the key frame") << 66656 << 9 << qint64(3) << kRed;
-}
-
-void tst_MeasurementTool::kernelColor()
-{
-    QFETCH(int, type);
-    QFETCH(int, vectorSize);
-    QFETCH(qint64, frame);
-    QFETCH(QColor, expected);
-
-    KxParamKeyframeVector values(vectorSize);
-    if (vectorSize > 1)
-        values[1].setValue(kRed);
-    KxKernelObjectData data(values, QVector<ParamDescr::KeyframeType>(vectorSize, ParamDescr::KeyframeAnimated), frame != 0);
-    values.setFrameNumber(10);
-    if (frame != 0) {
-        values[1].setValue(kGreen);
-        data.update(values);
+        for (const int type : { 66651, 66653, 66655, 66656, 66658, 66659 })
+            QTest::newRow(qPrintable(QString("type %1").arg(type))) << type << 9 << qint64(0) << kRed;
+        QTest::newRow("free line is not followed") << 66755 << 9 << qint64(0) << kStd;
+        QTest::newRow("foreign type") << 12345 << 9 << qint64(0) << kStd;
+        QTest::newRow("no data") << 66653 << 0 << qint64(0) << kStd;
+        QTest::newRow("too short to hold a colour") << 66653 << 1 << qint64(0) << kStd;
+        QTest::newRow("after the key frame") << 66656 << 9 << qint64(12) << kGreen;
     }
-    KxKernelData::getInstance()->setCurrentFrame(frame);
-    Panel panel;
-    SignalLog log(&panel);
-    emit KxSignalCenter::getInstance()->signalObjectChanged(type, 1, vectorSize ? &data : nullptr);
-    KxKernelData::getInstance()->setCurrentFrame(0);
-    QCOMPARE(panel.getColor(), expected);
-    QCOMPARE(log.entries, QStringList());
-    QVERIFY(!stored("Color").isValid());
-}
+    void kernelColor()
+    {
+        QFETCH(int, type);
+        QFETCH(int, vectorSize);
+        QFETCH(qint64, frame);
+        QFETCH(QColor, expected);
 
-void tst_MeasurementTool::scaling_data()
-{
-    QTest::addColumn<QVariant>("factor");
-    QTest::addColumn<double>("scale");
-
-    QTest::newRow("125 %") << QVariant(125) << 1.25;
-    QTest::newRow("200 %") << QVariant(200) << 2.0;
-    QTest::newRow("garbage -> 100 %") << QVariant("big") << 1.0;
-    QTest::newRow("zero -> 100 %") << QVariant(0) << 1.0;
-    QTest::newRow("negative -> 100 %") << QVariant(-50) << 1.0;
-}
-
-void tst_MeasurementTool::scaling()
-{
-    QFETCH(QVariant, factor);
-    QFETCH(double, scale);
-
-    KxAppSettings::setValue("ScalingFactor", factor);
-    Panel panel;
-    QCOMPARE(panel.styleSheet(), OvCommonStyle::generalStyleSheet(scale));
-    QCOMPARE(panel.theDistanceButton->styleSheet(), OvCommonStyle::generalStyleSheet(scale));
-    QCOMPARE(panel.maximumWidth(), int(152 * scale));
-    QCOMPARE(panel.theDistanceButton->maximumSize(), QSize(int(34 * scale), int(24 * scale)));
-    QCOMPARE(panel.measureline_4->minimumWidth(), int(136 * scale));
-    const int side = qRound(24 * scale);
-    QCOMPARE(panel.theAngleButton->iconSize(), QSize(side, side));
-    QVERIFY(showsArtwork(panel.theAngleButton->icon(), "angle-normal.svg", side));
-
-    QMenu* menu = panel.theRadiusButton->menu();
-    QCOMPARE(menu->styleSheet(), QStringLiteral("QMenu::item {padding: 0px %1px 0px %1px;}").arg(12 * scale));
-    QCOMPARE(menu->style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, menu), int(24 * scale));
-    QCOMPARE(menu->actions().size(), 2);
-    QVERIFY(showsArtwork(menu->actions().at(0)->icon(), "diameter-hover.svg", side, QIcon::Normal));
-    QVERIFY(showsArtwork(menu->actions().at(0)->icon(), "diameter-active.svg", side, QIcon::Active));
-    QCOMPARE(panel.theRadiusButton->style()->pixelMetric(QStyle::PM_ButtonShiftHorizontal), 0);
-}
+        // Red, and green from frame 10 on.
+        KxParamKeyframeVector values(vectorSize);
+        KxKernelObjectData data(values, QVector<ParamDescr::KeyframeType>(vectorSize, ParamDescr::KeyframeAnimated), true);
+        for (const qint64 keyFrame : { 0, 10 }) {
+            values.setFrameNumber(keyFrame);
+            if (vectorSize > 1)
+                values[1].setValue(keyFrame ? kGreen : kRed);
+            data.update(values);
+        }
+        KxKernelData::getInstance()->setCurrentFrame(frame);
+        Panel panel;
+        SignalLog log(&panel);
+        emit KxSignalCenter::getInstance()->signalObjectChanged(type, 1, vectorSize ? &data : nullptr);
+        KxKernelData::getInstance()->setCurrentFrame(0);
+        QCOMPARE(panel.getColor(), expected);
+        QCOMPARE(log.entries, QStringList());
+        QVERIFY(!stored("Color").isValid());
+    }
+};
 
 QTEST_MAIN(tst_MeasurementTool)
 #include "tst_measurementtool.moc"

