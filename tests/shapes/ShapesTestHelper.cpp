@@ -1,85 +1,35 @@
 #include "ShapesTestHelper.h"
 
-#include "KxGsEditor.h"
 #include "KxGsObject.h"
 
 #include <QApplication>
-#include <QImage>
 #include <QMouseEvent>
+#include <QPainter>
+#include <QStyleOptionGraphicsItem>
 #include <QTest>
-
-namespace {
-
-const int kTestType = 64999;
-
-} // namespace
-
-ShapeTestManipulator::ShapeTestManipulator(QUndoStack* anUndoStack)
-    : KxGsManipulator(nullptr, anUndoStack)
-{
-}
-
-int ShapeTestManipulator::getObjectType() const
-{
-    return kTestType;
-}
-
-void ShapeTestManipulator::gsObjectChangedShape(KxGsObject* anObj)
-{
-    changedShapes.append(anObj);
-}
-
-bool ShapeTestManipulator::setGsObjectParamValue(KxGsObject* anObj, unsigned int anId, const QVariant& aValue)
-{
-    if (getObjectIdx(anObj) < 0)
-        return false;
-    paramWrites.append(qMakePair(anId, aValue));
-    return true;
-}
-
-void ShapeTestManipulator::store(int anIdx, KxGsObject* anObj)
-{
-    gsObjectMap.insert(anIdx, anObj);
-}
-
-void ShapeTestManipulator::forgetAll()
-{
-    gsObjectMap.clear();
-}
 
 ShapeScene::ShapeScene()
     : editor(new KxGsEditor())
-    , manipulator(nullptr)
 {
     QImage picture(400, 300, QImage::Format_RGB32);
     picture.fill(Qt::darkGray);
     editor->setImage(picture);
     scene.addItem(editor);
-    scene.setSceneRect(QRectF(0.0, 0.0, 1600.0, 1200.0));
     view.setScene(&scene);
-    view.setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    view.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    view.setFrameShape(QFrame::NoFrame);
     view.resize(900, 700);
     view.show();
     if (!QTest::qWaitForWindowExposed(&view))
         qWarning("view not exposed");
+    // After the editor is set up: a manipulator takes the editor there is.
     manipulator = new ShapeTestManipulator(&undoStack);
 }
 
 ShapeScene::~ShapeScene()
 {
-    manipulator->forgetAll();
     delete manipulator;
     scene.removeItem(editor);
     delete editor;
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-void ShapeScene::setZoom(double aZoom)
-{
-    editor->setZoom(aZoom);
 }
 
 QPoint ShapeScene::toViewport(const QGraphicsItem* anItem, const QPointF& aPoint) const
@@ -87,31 +37,55 @@ QPoint ShapeScene::toViewport(const QGraphicsItem* anItem, const QPointF& aPoint
     return view.mapFromScene(anItem->mapToScene(aPoint));
 }
 
-void ShapeScene::press(const QPoint& aPos)
+void ShapeScene::send(QEvent::Type aType, const QPoint& aPos, Qt::MouseButton aButton, Qt::MouseButtons aHeld)
 {
-    QTest::mousePress(view.viewport(), Qt::LeftButton, Qt::NoModifier, aPos);
-}
-
-void ShapeScene::move(const QPoint& aPos)
-{
-    // QTest's widget mouseMove only moves the cursor; a drag needs the button.
-    QMouseEvent event(QEvent::MouseMove, aPos, view.viewport()->mapToGlobal(aPos), Qt::NoButton, Qt::LeftButton,
-                      Qt::NoModifier);
+    QMouseEvent event(aType, aPos, view.viewport()->mapToGlobal(aPos), aButton, aHeld, Qt::NoModifier);
     QApplication::sendEvent(view.viewport(), &event);
 }
 
-void ShapeScene::release(const QPoint& aPos)
+void ShapeScene::press(const QPoint& aFrom)
 {
-    QTest::mouseRelease(view.viewport(), Qt::LeftButton, Qt::NoModifier, aPos);
+    send(QEvent::MouseButtonPress, aFrom, Qt::LeftButton, Qt::LeftButton);
 }
 
-void ShapeScene::drag(const QPoint& aFrom, const QList<QPoint>& aPath)
+void ShapeScene::finishDrag(const QPoint& aFrom, const QList<QPoint>& aPath)
 {
-    press(aFrom);
     QPoint last = aFrom;
-    for (const QPoint& step : aPath) {
-        last = aFrom + step;
-        move(last);
-    }
-    release(last);
+    for (const QPoint& step : aPath)
+        send(QEvent::MouseMove, last = aFrom + step, Qt::NoButton, Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, last, Qt::LeftButton, Qt::NoButton);
+}
+
+void ShapeScene::compareReports(KxGsObject* anObj, const QString& anOutcome) const
+{
+    using Writes = QList<QPair<unsigned int, QVariant>>;
+    QVERIFY(!anObj->isMoving() && !anObj->isReshaping());
+    const bool reshaped = anOutcome == QLatin1String("reshaped");
+    QCOMPARE(manipulator->changedShapes, reshaped ? QList<KxGsObject*>{anObj} : QList<KxGsObject*>());
+    const bool moved = anOutcome == QLatin1String("moved");
+    QCOMPARE(manipulator->paramWrites, moved ? Writes{qMakePair(3u, QVariant(anObj->pos().toPoint()))} : Writes());
+}
+
+QImage paintedImage(QGraphicsItem& anItem, const QSize& aSize, const QPoint& anOrigin)
+{
+    QImage image(aSize, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.translate(anOrigin);
+    QStyleOptionGraphicsItem option;
+    anItem.paint(&painter, &option, nullptr);
+    painter.end();
+    return image;
+}
+
+void addZoomRows()
+{
+    QTest::addColumn<double>("zoom");
+    QTest::addColumn<double>("used");
+
+    QTest::newRow("zoom 2 halves") << 2.0 << 2.0;
+    QTest::newRow("zoom 0.25 quadruples") << 0.25 << 0.25;
+    QTest::newRow("zero zoom is ignored") << 0.0 << 1.0;
+    QTest::newRow("infinite zoom is ignored") << qInf() << 1.0;
+    QTest::newRow("NaN zoom is ignored") << qQNaN() << 1.0;
 }
