@@ -16,15 +16,12 @@
 
 namespace {
 
-QString pointText(const QPointF& aPoint)
+// Logs the event; accepts anAccept when given.
+void logEvent(QStringList& aLog, const char* aWhat, const QPointF& aPos, QEvent* anAccept = nullptr)
 {
-    return QStringLiteral("%1,%2").arg(qRound(aPoint.x())).arg(qRound(aPoint.y()));
-}
-
-void logEvent(QStringList& aLog, const char* aWhat, QEvent* anEvent, const QPointF& aPos)
-{
-    aLog << QString::fromLatin1(aWhat) + QLatin1Char(' ') + pointText(aPos);
-    anEvent->accept();
+    aLog << QStringLiteral("%1 %2,%3").arg(QLatin1String(aWhat)).arg(qRound(aPos.x())).arg(qRound(aPos.y()));
+    if (anAccept)
+        anAccept->accept();
 }
 
 // A box's values; none for an invalid size (no box).
@@ -44,7 +41,51 @@ QVariant boxValue(const QString& aName, const QSizeF& aSize, QString& aUnit)
     return QVariant();
 }
 
+QPoint viewOrigin()
+{
+    const KxView* view = KxKernelData::getInstance()->getCurrentView();
+    return view ? view->getOrigin() : QPoint();
+}
+
 } // namespace
+
+KxKernelObjectDataDescr* newBoxDescriptor(int aType)
+{
+    auto* descr = new KxKernelObjectDataDescr(aType, 7);
+    descr->addDefaultParamsDescr();
+    descr->addParamDescr(5, QStringLiteral("size"), QMetaType::QSizeF, ParamDescr::KeyframeAnimated);
+    descr->addParamDescr(6, QStringLiteral("w"), QMetaType::Int, ParamDescr::KeyframeConstant);
+    return descr;
+}
+
+KxKernelObjectData* newBoxData(int aType, bool anAnimated, const QPoint& aPos, const QSizeF& aSize)
+{
+    QScopedPointer<KxKernelObjectDataDescr> descr(newBoxDescriptor(aType));
+    KxParamKeyframeVector values = descr->createKeyframeVector();
+    const QList<QVariant> defaults{true, QColor(Qt::green), QStringLiteral("Area"), aPos, false, aSize, 2};
+    for (int id = 0; id < defaults.size(); ++id)
+        values[id].setValue(defaults[id]);
+    return new KxKernelObjectData(values, descr->getKeyframeTypes(), anAnimated);
+}
+
+KxParamKeyframeVector keyframes(qint64 aFrame, const QList<QPair<int, QVariant>>& aValues, int aCount)
+{
+    KxParamKeyframeVector vector(aCount);
+    vector.setFrameNumber(aFrame);
+    for (const auto& value : aValues)
+        vector[value.first].setValue(value.second);
+    return vector;
+}
+
+const KxKernelObjectData* storedBox(int anIdx)
+{
+    return KxKernelData::getInstance()->getObject(kBoxType, anIdx);
+}
+
+QVariant storedBoxValue(int anId, qint64 aFrame, int anIdx)
+{
+    return storedBox(anIdx) ? storedBox(anIdx)->getKeyframesAt(aFrame)[anId].getValue() : QVariant();
+}
 
 TestGsItem::TestGsItem(KxGsManipulator* aManipulator, QGraphicsItem* aParent, int aType, const QSizeF& aSize)
     : OvGsObject(aManipulator, aParent, QStringLiteral("Box"))
@@ -65,7 +106,6 @@ void TestGsItem::adjustScale(double aZoom)
 {
     OvGsObject::adjustScale(aZoom);
     lastZoom = aZoom;
-    calls << QStringLiteral("adjustScale");
 }
 
 bool TestGsItem::isPointOnObject(const QPointF& aPoint, int& aPart, int aTolerance) const
@@ -79,55 +119,38 @@ bool TestGsItem::isPointOnObject(const QPointF& aPoint, int& aPart, int aToleran
 
 void TestGsItem::manipMousePressEvent(QMouseEvent* anEvent)
 {
-    calls << QStringLiteral("press ") + pointText(anEvent->localPos());
-    moving = reshaping = false;
+    logEvent(calls, "press", anEvent->localPos());
+    moving = false;
     anEvent->ignore();
     if (hidden || isLocked() || !isVisible())
         return;
     OvGsObject::manipMousePressEvent(anEvent);
-    if (anEvent->isAccepted())
-        return;
-    const QPointF local = anEvent->localPos();
     int part = 0;
-    if (QLineF(local, QPointF(size.width(), size.height())).length() <= 4.0) {
-        reshaping = true;
-    } else if (isPointOnObject(local, part, 0)) {
-        moving = true;
-    } else {
-        return;
-    }
-    pressLocal = local;
-    anEvent->accept();
+    moving = !anEvent->isAccepted() && isPointOnObject(anEvent->localPos(), part, 0);
+    pressLocal = anEvent->localPos();
+    if (moving)
+        anEvent->accept();
 }
 
 void TestGsItem::manipMouseMoveEvent(QMouseEvent* anEvent)
 {
-    calls << QStringLiteral("move ") + pointText(anEvent->localPos());
+    logEvent(calls, "move", anEvent->localPos());
     OvGsObject::manipMouseMoveEvent(anEvent);
     if (anEvent->isAccepted())
         return;
     if (moving)
         setPos(pos() + (anEvent->localPos() - pressLocal));
-    else if (reshaping)
-        setSize(QSizeF(anEvent->localPos().x(), anEvent->localPos().y()));
     anEvent->accept();
 }
 
 void TestGsItem::manipMouseReleaseEvent(QMouseEvent* anEvent)
 {
-    calls << QStringLiteral("release ") + pointText(anEvent->localPos());
+    logEvent(calls, "release", anEvent->localPos());
     anEvent->ignore();
     OvGsObject::manipMouseReleaseEvent(anEvent);
-    if (anEvent->isAccepted()) {
-        moving = reshaping = false;
-        return;
-    }
-    if (!moving && !reshaping)
-        return;
-    if (reshaping && getManipulator())
-        getManipulator()->gsObjectChangedShape(this);
-    moving = reshaping = false;
-    anEvent->accept();
+    if (!anEvent->isAccepted() && moving)
+        anEvent->accept();
+    moving = false;
 }
 
 void TestGsItem::setSize(const QSizeF& aSize)
@@ -144,10 +167,7 @@ TestManipulator::TestManipulator(int aType, QUndoStack* anUndoStack)
     valueNames << QStringLiteral("Area") << QStringLiteral("Width");
     if (!kernelData->registerObjectType(this, aType))
         return;
-    auto* descr = new KxKernelObjectDataDescr(aType, 7);
-    descr->addDefaultParamsDescr();
-    descr->addParamDescr(5, QStringLiteral("size"), QMetaType::QSizeF, ParamDescr::KeyframeAnimated);
-    descr->addParamDescr(6, QStringLiteral("w"), QMetaType::Int, ParamDescr::KeyframeConstant);
+    KxKernelObjectDataDescr* descr = newBoxDescriptor(aType);
     if (!kernelData->registerDataDescriptor(descr, aType)) {
         delete descr;
         return;
@@ -191,60 +211,39 @@ void TestManipulator::activate()
 
 void TestManipulator::mousePressEvent(QGraphicsSceneMouseEvent* anEvent)
 {
-    logEvent(log, "press", anEvent, anEvent->pos());
+    logEvent(log, "press", anEvent->pos(), anEvent);
 }
 
 void TestManipulator::mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent)
 {
-    logEvent(log, "release", anEvent, anEvent->pos());
+    logEvent(log, "release", anEvent->pos(), anEvent);
 }
 
 void TestManipulator::mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent)
 {
-    logEvent(log, "move", anEvent, anEvent->pos());
+    logEvent(log, "move", anEvent->pos(), anEvent);
 }
 
 void TestManipulator::hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent)
 {
-    logEvent(log, "hoverEnter", anEvent, anEvent->pos());
+    logEvent(log, "hoverEnter", anEvent->pos(), anEvent);
 }
 
 void TestManipulator::hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent)
 {
-    log << QStringLiteral("hoverLeave");
-    anEvent->accept();
+    logEvent(log, "hoverLeave", anEvent->pos(), anEvent);
 }
 
 void TestManipulator::hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent)
 {
-    logEvent(log, "hoverMove", anEvent, anEvent->pos());
-}
-
-void TestManipulator::gsObjectChangedShape(KxGsObject* anObj)
-{
-    log << QStringLiteral("changedShape");
-    if (auto* box = dynamic_cast<TestGsItem*>(anObj))
-        setGsObjectParamValue(box, QStringLiteral("size"), QVariant(box->getSize()));
+    logEvent(log, "hoverMove", anEvent->pos(), anEvent);
 }
 
 TestGsItem* TestManipulator::addStored(const QPointF& aPos, const QSizeF& aSize)
 {
-    const KxKernelObjectDataDescr* descr = kernelData->getDataDescriptor(objectType);
-    if (!descr)
-        return nullptr;
-    KxParamKeyframeVector values = descr->createKeyframeVector();
-    const KxView* view = kernelData->getCurrentView();
-    const QPoint origin = view ? view->getOrigin() : QPoint();
-    values[0].setValue(true);
-    values[1].setValue(QColor(Qt::green));
-    values[2].setValue(QStringLiteral("Area"));
-    values[3].setValue(QPoint(qRound(aPos.x()), qRound(aPos.y())) + origin);
-    values[4].setValue(false);
-    values[5].setValue(aSize);
-    values[6].setValue(2);
     const int idx = kernelData->nextFreeIndex(objectType);
-    auto* data = new KxKernelObjectData(values, descr->getKeyframeTypes(), false);
-    undoStack->push(new CmdCreateObject(objectType, idx, data));
+    undoStack->push(new CmdCreateObject(objectType, idx, newBoxData(objectType, false, aPos.toPoint() + viewOrigin(),
+                                                                    aSize)));
     return item(idx);
 }
 
@@ -265,30 +264,53 @@ void TestManipulator::slotObjectCreatedInKernel(const int aType, const int anIdx
     applyKeyframes(box, aData);
     if (editor)
         box->adjustScale(editor->getZoom());
-    log << QStringLiteral("created %1").arg(anIdx);
 }
 
 void TestManipulator::slotObjectChangedInKernel(const int aType, const int anIdx, const KxKernelObjectData* aData)
 {
-    if (blockKernelNotification || aType != objectType || !aData)
-        return;
-    if (TestGsItem* box = item(anIdx))
-        applyKeyframes(box, aData);
-    log << QStringLiteral("changed %1").arg(anIdx);
+    if (!blockKernelNotification && aType == objectType && aData && item(anIdx))
+        applyKeyframes(item(anIdx), aData);
 }
 
 void TestManipulator::applyKeyframes(TestGsItem* anItem, const KxKernelObjectData* aData)
 {
     const KxParamKeyframeVector values = aData->getKeyframesAt(kernelData->getCurrentFrame());
-    const KxView* view = kernelData->getCurrentView();
-    const QPoint origin = view ? view->getOrigin() : QPoint();
-    anItem->setPos(values[3].getValue().toPoint() - origin);
+    anItem->setPos(values[3].getValue().toPoint() - viewOrigin());
     anItem->setVisible(values[0].getValue().toBool());
     anItem->setColor(values[1].getValue().value<QColor>());
     anItem->setSize(values[5].getValue().toSizeF());
     // Beside the top-right corner, clear of the box.
     anItem->setTrashPos(QPointF(anItem->getSize().width() + 6.0, -26.0));
     anItem->setPenStyle(Qt::SolidLine, values[6].getValue().toInt());
+}
+
+KernelRecorder::KernelRecorder()
+{
+    KxSignalCenter* hub = KxSignalCenter::getInstance();
+    KxKernelData* store = KxKernelData::getInstance();
+    auto note = [this](const char* aWhat, int aType, int anIdx, bool aStored) {
+        log << QStringLiteral("%1 %2:%3").arg(QLatin1String(aWhat)).arg(aType).arg(anIdx);
+        stored << aStored;
+    };
+    QObject::connect(hub, &KxSignalCenter::signalObjectCreated, &context,
+                     [=](int aType, int anIdx, const KxKernelObjectData* aData) {
+                         note("created", aType, anIdx, store->getObject(aType, anIdx) == aData);
+                     });
+    QObject::connect(hub, &KxSignalCenter::signalObjectChanged, &context,
+                     [=](int aType, int anIdx, const KxKernelObjectData* aData) {
+                         note("changed", aType, anIdx, store->getObject(aType, anIdx) == aData);
+                     });
+    QObject::connect(hub, &KxSignalCenter::signalObjectBeforeRemove, &context, [=](int aType, int anIdx) {
+        note("before", aType, anIdx, store->getObject(aType, anIdx) != nullptr);
+    });
+    QObject::connect(hub, &KxSignalCenter::signalObjectRemoved, &context, [=](int aType, int anIdx) {
+        note("removed", aType, anIdx, store->getObject(aType, anIdx) == nullptr);
+    });
+    QObject::connect(hub, &KxSignalCenter::signalNewMediaReady, &context,
+                     [this](const KxMediaInfo& anInfo, bool&) { log << "newMedia " + anInfo.getFileName(); });
+    QObject::connect(hub, &KxSignalCenter::signalMediaLoaded, &context, [this]() { log << "loaded"; });
+    QObject::connect(hub, &KxSignalCenter::signalFrameReady, &context,
+                     [this](qint64 aFrame) { log << QStringLiteral("frame %1").arg(aFrame); });
 }
 
 GsFixture::GsFixture()
@@ -313,6 +335,7 @@ GsFixture::GsFixture()
         qWarning("view not exposed");
     QObject::connect(editor, &KxGsEditor::signalCurrentObjectChanged, view,
                      [this](const KxGsObject* anObj) { currentChanges << anObj; });
+    manip = addManipulator(kBoxType);
 }
 
 GsFixture::~GsFixture()
@@ -337,16 +360,17 @@ QImage GsFixture::makeImage(int aWidth, int aHeight)
     return image;
 }
 
-void GsFixture::mouseMove(QWidget* aWidget, const QPoint& aPos, Qt::MouseButtons aButtons,
-                          Qt::KeyboardModifiers aModifiers)
+void GsFixture::mouseMove(QWidget* aWidget, const QPoint& aPos, Qt::MouseButtons aButtons)
 {
-    QMouseEvent event(QEvent::MouseMove, aPos, aWidget->mapToGlobal(aPos), Qt::NoButton, aButtons, aModifiers);
+    QMouseEvent event(QEvent::MouseMove, aPos, aWidget->mapToGlobal(aPos), Qt::NoButton, aButtons, Qt::NoModifier);
     QApplication::sendEvent(aWidget, &event);
 }
 
-void GsFixture::drag(const QPoint& aFrom, const QPoint& aTo)
+void GsFixture::drag(const QPoint& aFrom, const QPoint& aTo, const std::function<void()>& anAfterPress)
 {
     QTest::mousePress(view->viewport(), Qt::LeftButton, Qt::NoModifier, aFrom);
+    if (anAfterPress)
+        anAfterPress();
     mouseMove(view->viewport(), (aFrom + aTo) / 2, Qt::LeftButton);
     mouseMove(view->viewport(), aTo, Qt::LeftButton);
     QTest::mouseRelease(view->viewport(), Qt::LeftButton, Qt::NoModifier, aTo);
@@ -369,63 +393,15 @@ TestManipulator* GsFixture::addManipulator(int aType)
     return manipulator;
 }
 
-KernelRecorder::KernelRecorder()
-{
-    KxSignalCenter* hub = KxSignalCenter::getInstance();
-    KxKernelData* store = KxKernelData::getInstance();
-    auto note = [this](const char* aWhat, int aType, int anIdx) {
-        log << QStringLiteral("%1 %2:%3").arg(QLatin1String(aWhat)).arg(aType).arg(anIdx);
-    };
-    connections << QObject::connect(hub, &KxSignalCenter::signalObjectCreated, hub,
-                                    [=](int aType, int anIdx, const KxKernelObjectData* aData) {
-                                        note("created", aType, anIdx);
-                                        stored << (store->getObject(aType, anIdx) == aData);
-                                    });
-    connections << QObject::connect(hub, &KxSignalCenter::signalObjectChanged, hub,
-                                    [=](int aType, int anIdx, const KxKernelObjectData* aData) {
-                                        note("changed", aType, anIdx);
-                                        stored << (store->getObject(aType, anIdx) == aData);
-                                    });
-    connections << QObject::connect(hub, &KxSignalCenter::signalObjectBeforeRemove, hub, [=](int aType, int anIdx) {
-        note("before", aType, anIdx);
-        stored << (store->getObject(aType, anIdx) != nullptr);
-    });
-    connections << QObject::connect(hub, &KxSignalCenter::signalObjectRemoved, hub, [=](int aType, int anIdx) {
-        note("removed", aType, anIdx);
-        stored << (store->getObject(aType, anIdx) == nullptr);
-    });
-    connections << QObject::connect(hub, &KxSignalCenter::signalNewMediaReady, hub,
-                                    [this](const KxMediaInfo& anInfo, bool&) {
-                                        log << QStringLiteral("newMedia ") + anInfo.getFileName();
-                                    });
-    connections << QObject::connect(hub, &KxSignalCenter::signalMediaLoaded, hub,
-                                    [this]() { log << QStringLiteral("loaded"); });
-    connections << QObject::connect(hub, &KxSignalCenter::signalFrameReady, hub,
-                                    [this](qint64 aFrame) { log << QStringLiteral("frame %1").arg(aFrame); });
-}
-
-KernelRecorder::~KernelRecorder()
-{
-    for (const auto& connection : qAsConst(connections))
-        QObject::disconnect(connection);
-}
-
-QStringList KernelRecorder::take()
-{
-    const QStringList result = log;
-    log.clear();
-    return result;
-}
-
 int countPixelsNear(const QImage& anImage, const QColor& aColor, int aTolerance, int aMinAlpha)
 {
     int count = 0;
     for (int y = 0; y < anImage.height(); ++y) {
         for (int x = 0; x < anImage.width(); ++x) {
             const QColor pixel = anImage.pixelColor(x, y);
-            if (pixel.alpha() >= aMinAlpha && qAbs(pixel.red() - aColor.red()) < aTolerance &&
-                qAbs(pixel.green() - aColor.green()) < aTolerance && qAbs(pixel.blue() - aColor.blue()) < aTolerance)
-                ++count;
+            count += pixel.alpha() >= aMinAlpha && qAbs(pixel.red() - aColor.red()) < aTolerance &&
+                     qAbs(pixel.green() - aColor.green()) < aTolerance &&
+                     qAbs(pixel.blue() - aColor.blue()) < aTolerance;
         }
     }
     return count;

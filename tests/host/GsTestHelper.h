@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KxGsManipulator.h"
+#include "KxParamKeyframeVector.h"
 #include "OvGsObject.h"
 
 #include <QGraphicsScene>
@@ -12,11 +13,29 @@
 #include <QStringList>
 #include <QUndoStack>
 
-class KxGsEditor;
+#include <functional>
 
-// A box measurement: a rectangle from (0, 0) to `size`. A press on its
-// body moves it as a whole, a press on its bottom-right corner reshapes it
-// (reported through gsObjectChangedShape on release). Records its calls.
+class KxGsEditor;
+class KxKernelObjectData;
+class KxKernelObjectDataDescr;
+
+const int kBoxType = 70001;
+const int kOtherBoxType = 70002;
+
+// The box measurement's parameters: the shared five, 5 "size" (QSizeF,
+// animated) and 6 "w" (int, constant).
+KxKernelObjectDataDescr* newBoxDescriptor(int aType);
+// A box's kernel object: visible, green, showing "Area", at aPos, aSize, width 2.
+KxKernelObjectData* newBoxData(int aType, bool anAnimated = false, const QPoint& aPos = QPoint(10, 20),
+                               const QSizeF& aSize = QSizeF(100, 50));
+// Values at aFrame (-1: the defaults) holding only the given parameters.
+KxParamKeyframeVector keyframes(qint64 aFrame, const QList<QPair<int, QVariant>>& aValues, int aCount = 7);
+// The stored box anIdx of kBoxType, null when there is none.
+const KxKernelObjectData* storedBox(int anIdx = 1);
+QVariant storedBoxValue(int anId, qint64 aFrame = 0, int anIdx = 1);
+
+// A box measurement: a rectangle from (0, 0) to `size`; a press on it moves
+// it as a whole. Records the mouse events it is offered.
 class TestGsItem : public OvGsObject
 {
     Q_OBJECT
@@ -30,7 +49,7 @@ public:
     void adjustScale(double aZoom) override;
     bool isPointOnObject(const QPointF& aPoint, int& aPart, int aTolerance) const override;
     bool isMoving() const override { return moving; }
-    bool isReshaping() const override { return reshaping; }
+    bool isReshaping() const override { return false; }
     void manipMousePressEvent(QMouseEvent* anEvent) override;
     void manipMouseMoveEvent(QMouseEvent* anEvent) override;
     void manipMouseReleaseEvent(QMouseEvent* anEvent) override;
@@ -46,12 +65,10 @@ private:
     QSizeF size;
     QPointF pressLocal;
     bool moving = false;
-    bool reshaping = false;
 };
 
-// A manipulator of box measurements: parameter 5 "size" (QSizeF, animated),
-// 6 "w" (int, constant). Items are created from kernel notifications; the
-// manipulator logs the editor events it receives.
+// A manipulator of box measurements. Items are created from kernel
+// notifications; the manipulator logs the editor events it receives.
 class TestManipulator : public KxGsManipulator
 {
     Q_OBJECT
@@ -72,7 +89,7 @@ public:
     void hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent) override;
     void hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent) override;
     void hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent) override;
-    void gsObjectChangedShape(KxGsObject* anObj) override;
+    void gsObjectChangedShape(KxGsObject*) override { log << QStringLiteral("changedShape"); }
 
     // Stores a box through an undoable create command; the item appears from
     // the kernel notification.
@@ -122,19 +139,18 @@ class KernelRecorder
 {
 public:
     KernelRecorder();
-    ~KernelRecorder();
-    QStringList take();
 
     QStringList log;
     QList<bool> stored;
 
 private:
-    QList<QMetaObject::Connection> connections;
+    QObject context;
 };
 
 // A picture in a real view: the editor (the process's one editor) showing a
 // 200 x 150 image whose pixel (x, y) has the colour (x, y, 77), in a
-// 400 x 300 view without scroll bars, top-left aligned.
+// 400 x 300 view without scroll bars, top-left aligned; with a manipulator
+// of kBoxType.
 class GsFixture
 {
 public:
@@ -145,10 +161,10 @@ public:
 
     // A real mouse move on aWidget carrying the buttons held (QTest's own
     // move does not tell the buttons to widgets).
-    static void mouseMove(QWidget* aWidget, const QPoint& aPos, Qt::MouseButtons aButtons = Qt::NoButton,
-                          Qt::KeyboardModifiers aModifiers = Qt::NoModifier);
-    // Press, moves through the middle to the end, release: a drag on the viewport.
-    void drag(const QPoint& aFrom, const QPoint& aTo);
+    static void mouseMove(QWidget* aWidget, const QPoint& aPos, Qt::MouseButtons aButtons = Qt::NoButton);
+    // Press, moves through the middle to the end, release: a drag on the
+    // viewport; anAfterPress runs between the press and the first move.
+    void drag(const QPoint& aFrom, const QPoint& aTo, const std::function<void()>& anAfterPress = {});
     // A left click at an editor-item point.
     void click(const QPointF& anEditorPos, Qt::KeyboardModifiers aModifiers = Qt::NoModifier);
 
@@ -162,6 +178,7 @@ public:
     KxGsEditor* editor;
     QUndoStack stack;
     QList<QPointer<KxGsManipulator>> manipulators;
+    TestManipulator* manip;
     // Every current object the editor announced.
     QList<const KxGsObject*> currentChanges;
 };

@@ -8,6 +8,15 @@
 using DeviceAction = bool (*)(OvDeviceSetManager&, OvCamera&);
 Q_DECLARE_METATYPE(DeviceAction)
 
+namespace {
+
+DeviceAction act(DeviceAction anAction)
+{
+    return anAction;
+}
+
+} // namespace
+
 class tst_Devices : public QObject
 {
     Q_OBJECT
@@ -18,7 +27,6 @@ private slots:
         QVERIFY(!OvDeviceSetManager::theInstance);
         OvDeviceSetManager* devices = OvDeviceSetManager::instance();
         QCOMPARE(OvDeviceSetManager::theInstance, devices);
-        QCOMPARE(OvDeviceSetManager::instance(), devices);
         QCOMPARE(devices->getObjectives(), QStringList{"Default"});
         QCOMPARE(devices->getCurrentObjective(), QStringLiteral("Default"));
         QCOMPARE(devices->getMeasurementCalibration(QStringLiteral("Default"), -1), 0.0);
@@ -35,30 +43,29 @@ private slots:
 
         using D = OvDeviceSetManager;
         using C = OvCamera;
-        const int camera = D::FlagCameraChanged;
-        const int objective = D::FlagObjectiveChanged;
-        const int calibration = D::FlagCalibrationChanged;
+        const int cam = D::FlagCameraChanged;
+        const int obj = D::FlagObjectiveChanged;
+        const int cal = D::FlagCalibrationChanged;
         const int units = D::FlagUnitsChanged;
-        QTest::newRow("add objective") << DeviceAction([](D& d, C&) { d.addObjective("20x", 0.5); return true; })
-                                       << QList<int>{calibration | units};
-        QTest::newRow("switch objective") << DeviceAction([](D& d, C&) { return d.setCurrentObjective("10x"); })
-                                          << QList<int>{objective | units};
+        QTest::newRow("add objective") << act([](D& d, C&) { d.addObjective("20x", 0.5); return true; })
+                                       << QList<int>{cal | units};
+        QTest::newRow("switch objective") << act([](D& d, C&) { return d.setCurrentObjective("10x"); })
+                                          << QList<int>{obj | units};
         QTest::newRow("switch to the current objective")
-            << DeviceAction([](D& d, C&) { return d.setCurrentObjective("Default"); }) << QList<int>{};
+            << act([](D& d, C&) { return d.setCurrentObjective("Default"); }) << QList<int>{};
         QTest::newRow("switch to an unknown objective")
-            << DeviceAction([](D& d, C&) { return !d.setCurrentObjective("100x"); }) << QList<int>{};
-        QTest::newRow("calibrate")
-            << DeviceAction([](D& d, C&) { return d.setMeasurementCalibration("Default", 2.0); })
-            << QList<int>{calibration | units};
+            << act([](D& d, C&) { return !d.setCurrentObjective("100x"); }) << QList<int>{};
+        QTest::newRow("calibrate") << act([](D& d, C&) { return d.setMeasurementCalibration("Default", 2.0); })
+                                   << QList<int>{cal | units};
         QTest::newRow("calibrate unknown objective")
-            << DeviceAction([](D& d, C&) { return !d.setMeasurementCalibration("100x", 2.0); }) << QList<int>{};
-        QTest::newRow("camera on") << DeviceAction([](D& d, C& c) { d.setActiveCamera(&c); return true; })
-                                   << QList<int>{camera | units};
+            << act([](D& d, C&) { return !d.setMeasurementCalibration("100x", 2.0); }) << QList<int>{};
+        QTest::newRow("camera on") << act([](D& d, C& c) { d.setActiveCamera(&c); return true; })
+                                   << QList<int>{cam | units};
         QTest::newRow("same camera again")
-            << DeviceAction([](D& d, C& c) { d.setActiveCamera(&c); d.setActiveCamera(&c); return true; })
-            << QList<int>{camera | units};
-        QTest::newRow("default set") << DeviceAction([](D& d, C&) { d.createDefaultSet(); return true; })
-                                     << QList<int>{camera | objective | calibration | units};
+            << act([](D& d, C& c) { d.setActiveCamera(&c); d.setActiveCamera(&c); return true; })
+            << QList<int>{cam | units};
+        QTest::newRow("default set") << act([](D& d, C&) { d.createDefaultSet(); return true; })
+                                     << QList<int>{cam | obj | cal | units};
     }
 
     void setterFlags()

@@ -18,7 +18,7 @@
 
 namespace {
 
-const int kBoxType = 73001;
+
 
 void sendWheel(QWidget* aWidget, const QPoint& aPos, int aDelta, Qt::KeyboardModifiers aModifiers)
 {
