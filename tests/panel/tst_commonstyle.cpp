@@ -1,4 +1,5 @@
 #include "OvCommonStyle.h"
+#include "PanelTestHelper.h"
 
 #include <QLabel>
 #include <QRegularExpression>
@@ -10,15 +11,12 @@ class tst_CommonStyle : public QObject
 private slots:
     void sheetPlaceholders_data()
     {
-        QTest::addColumn<double>("scale");
-        QTest::addColumn<QString>("imageSuffix");
-        QTest::addColumn<QString>("checkSuffix");
         // Font size, menu font size, profile item indent and check box side.
-        QTest::addColumn<QStringList>("sizes");
+        addColumns<double, QString, QString, QStringList>({ "scale", "imageSuffix", "checkSuffix", "sizes" });
 
         QTest::newRow("1.0") << 1.0 << "" << "-150" << QStringList{ "12", "15", "20", "22" };
-        QTest::newRow("1.25 gets -300 check boxes") << 1.25 << "-125" << "-300" << QStringList{ "15", "18.75", "25", "27.5" };
-        QTest::newRow("1.5 gets -200 check boxes") << 1.5 << "-150" << "-200" << QStringList{ "18", "22.5", "30", "33" };
+        QTest::newRow("1.25: -300 boxes") << 1.25 << "-125" << "-300" << QStringList{ "15", "18.75", "25", "27.5" };
+        QTest::newRow("1.5: -200 boxes") << 1.5 << "-150" << "-200" << QStringList{ "18", "22.5", "30", "33" };
         QTest::newRow("2.0") << 2.0 << "-200" << "-250" << QStringList{ "24", "30", "40", "44" };
     }
     void sheetPlaceholders()
@@ -36,8 +34,8 @@ private slots:
                               QString("width: %1px; height: %1px;").arg(sizes[3]),
                               QString(":/tessilarresources/checkboxstandard-off%1.png").arg(checkSuffix),
                               QString(":/tessilarresources/checkboxstandard-on%1.png").arg(checkSuffix) };
-        for (const char* image : { "progresbar", "slider", "drop-down-normal", "drop-down-hover", "radio-on", "radio-off",
-                                   "drop-down", "drop-up-normal", "drop-up-hover", "check-normal" })
+        for (const char* image : { "progresbar", "slider", "drop-down-normal", "drop-down-hover", "radio-on",
+                                   "radio-off", "drop-down", "drop-up-normal", "drop-up-hover", "check-normal" })
             parts << QString(":/tessilarresources/%1%2.png)").arg(image, imageSuffix);
         for (const QString& part : parts)
             QVERIFY2(sheet.contains(part), qPrintable(part));
@@ -55,19 +53,14 @@ private slots:
         gray.ensurePolished();
         QCOMPARE(plain.palette().color(QPalette::WindowText), QColor(229, 229, 229));
         QCOMPARE(gray.palette().color(QPalette::WindowText), QColor(49, 49, 49));
-        QCOMPARE(plain.font().pixelSize(), 18);
     }
 
     // Maximum sizes are multiplied and truncated, minimum sizes rounded, each on its own; the top widget is
     // left alone, plain QObject children are skipped, and only a recursive call reaches grandchildren.
     void resizeLimits_data()
     {
-        QTest::addColumn<double>("scale");
-        QTest::addColumn<bool>("recursive");
-        QTest::addColumn<QSize>("minimum");
-        QTest::addColumn<QSize>("maximum");
-        QTest::addColumn<QSize>("expectedMinimum");
-        QTest::addColumn<QSize>("expectedMaximum");
+        addColumns<double, bool, QSize, QSize, QSize, QSize>(
+            { "scale", "recursive", "minimum", "maximum", "expectedMinimum", "expectedMaximum" });
 
         const int unbounded = QWIDGETSIZE_MAX;
         QTest::newRow("1.5 truncates maximum, rounds minimum")

@@ -1,4 +1,5 @@
 #include "MySlider.h"
+#include "PanelTestHelper.h"
 
 #include <QStyleOptionSlider>
 #include <QWheelEvent>
@@ -34,19 +35,15 @@ class tst_MySlider : public QObject
 private slots:
     void jumpToClick_data()
     {
-        QTest::addColumn<int>("orientation");
-        QTest::addColumn<bool>("inverted");
-        QTest::addColumn<int>("start");
-        QTest::addColumn<int>("button");
-        QTest::addColumn<QPoint>("click");
-        QTest::addColumn<int>("expected");
+        addColumns<int, bool, int, int, QPoint, int>(
+            { "orientation", "inverted", "start", "button", "click", "expected" });
 
         const int h = int(Qt::Horizontal);
         const int left = int(Qt::LeftButton);
         // 1 + round(19 * x / 136).
         QTest::newRow("x 68: 9.5 rounds away from zero") << h << false << 1 << left << QPoint(68, 7) << 11;
         QTest::newRow("x 40, back from the right") << h << false << 20 << left << QPoint(40, 7) << 7;
-        QTest::newRow("vertical counts from the bottom") << int(Qt::Vertical) << false << 1 << left << QPoint(7, 34) << 15;
+        QTest::newRow("vertical, from the bottom") << int(Qt::Vertical) << false << 1 << left << QPoint(7, 34) << 15;
         QTest::newRow("inverted mirrors") << h << true << 1 << left << QPoint(34, 7) << 15;
         QTest::newRow("right button does not jump") << h << false << 1 << int(Qt::RightButton) << QPoint(68, 7) << 1;
     }
@@ -92,8 +89,8 @@ private slots:
         Slider slider(Qt::Horizontal, 10);
         QVERIFY(QTest::qWaitForWindowExposed(&slider));
         for (const int delta : { 120, -120 }) {
-            QWheelEvent event(QPointF(68, 7), slider.mapToGlobal(QPoint(68, 7)), QPoint(), QPoint(0, delta), Qt::NoButton,
-                              Qt::NoModifier, Qt::NoScrollPhase, false);
+            QWheelEvent event(QPointF(68, 7), slider.mapToGlobal(QPoint(68, 7)), QPoint(), QPoint(0, delta),
+                              Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
             QApplication::sendEvent(&slider, &event);
             QVERIFY(!event.isAccepted());
             QCOMPARE(slider.value(), 10);

@@ -1,4 +1,5 @@
 #include "myStyle.h"
+#include "PanelTestHelper.h"
 
 #include <QApplication>
 #include <QtTest>
@@ -9,18 +10,13 @@ class tst_MyStyle : public QObject
 private slots:
     void metrics_data()
     {
-        QTest::addColumn<double>("scale");
-        QTest::addColumn<int>("metric");
-        QTest::addColumn<int>("expected");
+        addColumns<double, int, int>({ "scale", "metric", "expected" });
 
         // -1: the application style's own value.
         QTest::newRow("horizontal shift") << 1.0 << int(QStyle::PM_ButtonShiftHorizontal) << 0;
         QTest::newRow("vertical shift") << 2.0 << int(QStyle::PM_ButtonShiftVertical) << 0;
-        QTest::newRow("small icon 1.0") << 1.0 << int(QStyle::PM_SmallIconSize) << 24;
-        QTest::newRow("small icon 1.25") << 1.25 << int(QStyle::PM_SmallIconSize) << 30;
-        QTest::newRow("small icon 1.1 truncates") << 1.1 << int(QStyle::PM_SmallIconSize) << 26;
+        QTest::newRow("small icon 1.15 truncates") << 1.15 << int(QStyle::PM_SmallIconSize) << 27;
         QTest::newRow("slider thickness proxied") << 2.0 << int(QStyle::PM_SliderThickness) << -1;
-        QTest::newRow("large icon proxied") << 2.0 << int(QStyle::PM_LargeIconSize) << -1;
     }
     void metrics()
     {
