@@ -265,12 +265,12 @@ private slots:
             QCOMPARE(aPanel.freehandType, key == "FHandType" ? storedType : 0);
             QVERIFY(showsArtwork(button(aPanel)->icon(), icon));
         };
+        QList<bool> seen;
         {
             Panel panel;
             select(2);
             QToolButton* b = button(panel);
             b->setChecked(checkedBefore);
-            QList<bool> seen;
             connect(b, &QToolButton::toggled, this, [&seen](bool anOn) { seen << anOn; });
             SignalLog log(&panel);
             b->menu()->actions().at(choice)->trigger();
