@@ -121,24 +121,21 @@ void TestGsItem::manipMousePressEvent(QMouseEvent* anEvent)
 {
     logEvent(calls, "press", anEvent->localPos());
     moving = false;
-    anEvent->ignore();
-    if (hidden || isLocked() || !isVisible())
-        return;
+    // The base takes presses on the label and buttons (the trash may delete this item).
     OvGsObject::manipMousePressEvent(anEvent);
+    if (anEvent->isAccepted() || hidden || isLocked() || !isVisible())
+        return;
     int part = 0;
-    moving = !anEvent->isAccepted() && isPointOnObject(anEvent->localPos(), part, 0);
+    moving = isPointOnObject(anEvent->localPos(), part, 0);
     pressLocal = anEvent->localPos();
-    if (moving)
-        anEvent->accept();
+    anEvent->setAccepted(moving);
 }
 
 void TestGsItem::manipMouseMoveEvent(QMouseEvent* anEvent)
 {
     logEvent(calls, "move", anEvent->localPos());
     OvGsObject::manipMouseMoveEvent(anEvent);
-    if (anEvent->isAccepted())
-        return;
-    if (moving)
+    if (!anEvent->isAccepted() && moving)
         setPos(pos() + (anEvent->localPos() - pressLocal));
     anEvent->accept();
 }
@@ -146,10 +143,8 @@ void TestGsItem::manipMouseMoveEvent(QMouseEvent* anEvent)
 void TestGsItem::manipMouseReleaseEvent(QMouseEvent* anEvent)
 {
     logEvent(calls, "release", anEvent->localPos());
-    anEvent->ignore();
     OvGsObject::manipMouseReleaseEvent(anEvent);
-    if (!anEvent->isAccepted() && moving)
-        anEvent->accept();
+    anEvent->setAccepted(anEvent->isAccepted() || moving);
     moving = false;
 }
 

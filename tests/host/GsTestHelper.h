@@ -49,7 +49,6 @@ public:
     void adjustScale(double aZoom) override;
     bool isPointOnObject(const QPointF& aPoint, int& aPart, int aTolerance) const override;
     bool isMoving() const override { return moving; }
-    bool isReshaping() const override { return false; }
     void manipMousePressEvent(QMouseEvent* anEvent) override;
     void manipMouseMoveEvent(QMouseEvent* anEvent) override;
     void manipMouseReleaseEvent(QMouseEvent* anEvent) override;

@@ -67,11 +67,23 @@ private slots:
         QFETCH(QString, expected);
 
         TestGsItem box(nullptr, nullptr, kBoxType, QSizeF(10, 10));
+        box.setColor(QColor(255, 0, 0));
         box.setLabelVisible(true);
         box.setName(name);
         box.setDisplayValue(value);
+        box.setLabelPos(QPointF(20, 20));
         QCOMPARE(box.getLabelText(), expected);
-        QCOMPARE(box.isPointOnLabel(box.getLabelPos() + QPointF(2, 2)), !expected.isEmpty());
+        QCOMPARE(box.isPointOnLabel(QPointF(22, 22)), !expected.isEmpty());
+        // Painted with its children: the label's dark background at its place, the shape at (0, 0).
+        QImage image(120, 80, QImage::Format_ARGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        box.paintWithChildren(&painter);
+        painter.end();
+        QCOMPARE(qGray(image.pixel(21, 21)) < 128, !expected.isEmpty());
+        QVERIFY(image.pixelColor(10, 5).red() > 200 && image.pixelColor(10, 5).green() < 60);
+        QCOMPARE(image.pixelColor(100, 5), QColor(Qt::white));
+        box.paintWithChildren(nullptr);
     }
 
     void labelKeptInsideArea_data()
@@ -128,29 +140,6 @@ private slots:
         // On screen the label is as many pixels as at zoom 1.
         const QRect onScreen = f.view->mapFromScene(box->mapToScene(box->getLabelRect())).boundingRect();
         QVERIFY(qAbs(onScreen.width() - before.width() * zoom) <= 2);
-    }
-
-    void labelLeaderLine()
-    {
-        GsFixture f;
-        TestGsItem* box = f.manip->addUnstored(QPointF(20, 20), QSizeF(5, 5));
-        box->setName(QStringLiteral("A"));
-        box->setLabelVisible(true);
-        box->setLabelAnchor(QPointF(0, 0));
-        box->setLabelPos(QPointF(5, 5));
-        QGraphicsLineItem* leader = nullptr;
-        for (QGraphicsItem* child : box->childItems()) {
-            if (auto* line = qgraphicsitem_cast<QGraphicsLineItem*>(child))
-                leader = line;
-        }
-        QVERIFY(leader && !leader->isVisible());
-        box->setLabelPos(QPointF(80, 60));
-        QVERIFY(leader->isVisible());
-        QCOMPARE(leader->line(), QLineF(0, 0, 80, 60));
-        // The same item distance is short on screen when zoomed out.
-        f.editor->setZoom(0.2);
-        box->adjustScale(0.2);
-        QVERIFY(!leader->isVisible());
     }
 
     void trashVisibility_data()
@@ -219,40 +208,33 @@ private slots:
         QVERIFY(!b->getActivePressed());
     }
 
-    void labelDragMovesOnlyTheLabel()
+    void labelDragMovesOnlyTheLabelAndItsLeader()
     {
         GsFixture f;
         f.editor->setZoom(2.0);
         TestGsItem* box = f.manip->addStored(QPointF(20, 20), QSizeF(10, 10));
         box->setLabelVisible(true);
+        box->setLabelAnchor(QPointF(0, 0));
+        box->setLabelPos(QPointF(5, 5));
+        QGraphicsLineItem* leader = nullptr;
+        for (QGraphicsItem* child : box->childItems()) {
+            if (auto* line = qgraphicsitem_cast<QGraphicsLineItem*>(child))
+                leader = line;
+        }
+        // A leader joins anchor and label only when they lie far apart on screen.
+        QVERIFY(leader && !leader->isVisible());
         box->setLabelPos(QPointF(20, 20));
         const QPoint start = f.toViewport(QPointF(20 + 22, 20 + 22));
         bool dragging = false;
         f.drag(start, start + QPoint(30, -10), [&]() { dragging = box->isLabelDragging(); });
-        QVERIFY(dragging);
-        QVERIFY(!box->isLabelDragging());
+        QVERIFY(dragging && !box->isLabelDragging());
         QCOMPARE(box->getLabelPos(), QPointF(35, 15));
         QCOMPARE(box->pos(), QPointF(20, 20));
         QCOMPARE(f.stack.count(), 1);
-    }
-
-    void paintWithChildrenDrawsLabel()
-    {
-        TestGsItem box(nullptr, nullptr, kBoxType, QSizeF(10, 10));
-        box.setColor(QColor(255, 0, 0));
-        box.setName(QStringLiteral("MMMM"));
-        box.setLabelVisible(true);
-        box.setLabelPos(QPointF(20, 20));
-        QImage image(120, 80, QImage::Format_ARGB32);
-        image.fill(Qt::white);
-        QPainter painter(&image);
-        box.paintWithChildren(&painter);
-        painter.end();
-        // The label's dark background lands at its place, the shape at (0, 0).
-        QVERIFY(qGray(image.pixel(21, 21)) < 128);
-        QVERIFY(image.pixelColor(10, 5).red() > 200 && image.pixelColor(10, 5).green() < 60);
-        QCOMPARE(image.pixelColor(100, 5), QColor(Qt::white));
-        box.paintWithChildren(nullptr);
+        QVERIFY(leader->isVisible());
+        QCOMPARE(leader->line(), QLineF(0, 0, 35, 15));
+        f.editor->setZoom(0.2);
+        QVERIFY(!leader->isVisible());
     }
 };
 

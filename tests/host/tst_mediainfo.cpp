@@ -43,10 +43,6 @@ private slots:
         info.setUmPerPixel(umX, umY);
         QCOMPARE(info.isCalibrated(), calibrated);
         QVERIFY(qAbs(info.calculateUmForPixels(pixels, angle) - expected) < 1e-9);
-
-        // A copy measures the same.
-        const KxMediaInfo copy = info;
-        QVERIFY(qAbs(copy.calculateUmForPixels(pixels, angle) - expected) < 1e-9);
     }
 
     void scaleBlocking_data()
@@ -57,7 +53,6 @@ private slots:
         QTest::newRow("1:1") << 1.0 << false;
         QTest::newRow("exactly 1/16") << 1.0 / 16.0 << false;
         QTest::newRow("just below 1/16") << 0.0624 << true;
-        QTest::newRow("zero") << 0.0 << true;
         QTest::newRow("negative") << -1.0 << true;
         QTest::newRow("not a number") << qQNaN() << true;
     }
@@ -69,11 +64,8 @@ private slots:
 
         KxView view(QPoint(2, 3), zoom);
         QCOMPARE(view.isScaleBlockingTool(), blocks);
-        QCOMPARE(view.getOrigin(), QPoint(2, 3));
     }
-
 };
-
 
 QTEST_MAIN(tst_MediaInfo)
 #include "tst_mediainfo.moc"
