@@ -1,26 +1,12 @@
 #include "ManipTestHelper.h"
 
-#include "KxGsEditor.h"
-#include "KxKernelData.h"
-#include "KxKernelObjectData.h"
-#include "KxKernelObjectDataDescr.h"
 #include "KxMediaInfo.h"
-#include "OvGsCircle.h"
-#include "OvGsDistance.h"
-#include "OvGsManipDistance.h"
 #include "OvGuiMainWindowBase.h"
-#include "OvGuiMeasurementTool.h"
-#include "OvToolBase.h"
 
-#include <QApplication>
 #include <QGraphicsView>
-#include <QImage>
-#include <QMouseEvent>
-#include <QTest>
 #include <QToolButton>
-#include <QUndoStack>
 
-ManipTestHelper::ManipTestHelper(double anUmPerPixel)
+ManipTestHelper::ManipTestHelper()
 {
     kernel = KxKernelData::getInstance();
     window = new OvGuiMainWindowBase();
@@ -31,12 +17,11 @@ ManipTestHelper::ManipTestHelper(double anUmPerPixel)
     window->slotZoomActual();
     editor = window->getEditor();
     view = window->getView();
-    view->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     stack = window->getUndoStack();
     window->show();
 
     KxMediaInfo media;
-    media.setUmPerPixel(anUmPerPixel);
+    media.setUmPerPixel(0.5);
     media.setFileName(QStringLiteral("picture.png"));
     kernel->loadMedia(media, picture.size());
     stack->clear();
@@ -70,55 +55,24 @@ void ManipTestHelper::activate(int aFreehandType)
     panel->theDistanceButton->setChecked(true);
 }
 
-QPoint ManipTestHelper::viewportPoint(const QPointF& aPicturePoint) const
+void ManipTestHelper::play(const QString& aScript)
 {
-    return view->mapFromScene(editor->mapToScene(aPicturePoint));
-}
-
-void ManipTestHelper::sendMouse(int aType, const QPointF& aPoint, Qt::MouseButton aButton,
-                                Qt::MouseButtons aButtons)
-{
-    const QPoint local = viewportPoint(aPoint);
     QWidget* viewport = view->viewport();
-    QMouseEvent event(static_cast<QEvent::Type>(aType), local, viewport->mapToGlobal(local), aButton, aButtons,
-                      Qt::NoModifier);
-    QApplication::sendEvent(viewport, &event);
-}
-
-void ManipTestHelper::press(const QPointF& aPoint, Qt::MouseButton aButton)
-{
-    QTest::mousePress(view->viewport(), aButton, Qt::NoModifier, viewportPoint(aPoint));
-}
-
-void ManipTestHelper::move(const QPointF& aPoint, Qt::MouseButtons aHeld)
-{
-    sendMouse(QEvent::MouseMove, aPoint, Qt::NoButton, aHeld);
-}
-
-void ManipTestHelper::hover(const QPointF& aPoint)
-{
-    sendMouse(QEvent::MouseMove, aPoint, Qt::NoButton, Qt::NoButton);
-}
-
-void ManipTestHelper::release(const QPointF& aPoint, Qt::MouseButton aButton)
-{
-    QTest::mouseRelease(view->viewport(), aButton, Qt::NoModifier, viewportPoint(aPoint));
-}
-
-void ManipTestHelper::drag(const QPointF& aFrom, const QPointF& aTo)
-{
-    press(aFrom);
-    move(aTo);
-    release(aTo);
-}
-
-void ManipTestHelper::clickClick(const QPointF& aFrom, const QPointF& aTo)
-{
-    press(aFrom);
-    release(aFrom);
-    hover(aTo);
-    press(aTo);
-    release(aTo);
+    for (const QString& step : aScript.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        const QStringList xy = step.mid(1).split(QLatin1Char(','));
+        const QPoint at = view->mapFromScene(editor->mapToScene(xy.value(0).toDouble(), xy.value(1).toDouble()));
+        const char kind = step.at(0).toLatin1();
+        if (kind == 'p' || kind == 'P') {
+            QTest::mousePress(viewport, kind == 'p' ? Qt::LeftButton : Qt::RightButton, Qt::NoModifier, at);
+        } else if (kind == 'r') {
+            QTest::mouseRelease(viewport, Qt::LeftButton, Qt::NoModifier, at);
+        } else {
+            // QTest's mouseMove on a widget only moves the cursor; a drag needs the button.
+            QMouseEvent move(QEvent::MouseMove, at, viewport->mapToGlobal(at), Qt::NoButton,
+                             kind == 'm' ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+            QApplication::sendEvent(viewport, &move);
+        }
+    }
 }
 
 OvGsCircle* ManipTestHelper::addCircle(const QPointF& aCentre, double aRadius)
@@ -131,37 +85,20 @@ OvGsCircle* ManipTestHelper::addCircle(const QPointF& aCentre, double aRadius)
     return circle;
 }
 
-KxKernelObjectData* ManipTestHelper::stored(int anIdx) const
-{
-    return kernel->getObject(kDistanceType, anIdx);
-}
-
-QList<int> ManipTestHelper::storedIndices() const
-{
-    return kernel->getObjectsOfType(kDistanceType).keys();
-}
-
 QVariant ManipTestHelper::storedParam(int anIdx, const QString& aName) const
 {
     const KxKernelObjectData* data = stored(anIdx);
-    if (!data)
-        return QVariant();
-    return kernel->getDataDescriptor(kDistanceType)->getValue(data->getDefaultKeyframes(), aName);
+    return data ? kernel->getDataDescriptor(kDistanceType)->getValue(data->getDefaultKeyframes(), aName)
+                : QVariant();
 }
 
-QPoint ManipTestHelper::storedLen(int anIdx) const
+QString ManipTestHelper::lineState(int anIdx) const
 {
-    return storedParam(anIdx, QStringLiteral("len")).toPoint();
-}
-
-QPoint ManipTestHelper::storedPos(int anIdx) const
-{
-    return storedParam(anIdx, QStringLiteral("pos")).toPoint();
-}
-
-OvGsDistance* ManipTestHelper::item(int anIdx) const
-{
-    return static_cast<OvGsDistance*>(manip->getGsObject(anIdx));
+    const auto xy = [](const QPointF& aPoint) { return QStringLiteral("%1,%2").arg(aPoint.x()).arg(aPoint.y()); };
+    const OvGsDistance* line = item(anIdx);
+    return QStringLiteral("stored %1 by %2; item %3 by %4")
+        .arg(stored(anIdx) ? xy(storedPos(anIdx)) : QStringLiteral("-"), xy(storedLen(anIdx)),
+             line ? xy(line->pos()) : QStringLiteral("-"), line ? xy(line->vector) : QString());
 }
 
 QList<OvGsDistance*> ManipTestHelper::distanceItems() const

@@ -1,24 +1,20 @@
 #pragma once
 
-#include <QList>
-#include <QPoint>
-#include <QPointF>
-#include <QSize>
-#include <QString>
-#include <QVariant>
+#include "KxGsEditor.h"
+#include "KxKernelData.h"
+#include "KxKernelObjectData.h"
+#include "KxKernelObjectDataDescr.h"
+#include "OvGsCircle.h"
+#include "OvGsDistance.h"
+#include "OvGsManipDistance.h"
+#include "OvGuiMeasurementTool.h"
+#include "OvToolBase.h"
 
-class KxGsEditor;
-class KxGsObject;
-class KxKernelData;
-class KxKernelObjectData;
-class OvGsCircle;
-class OvGsDistance;
-class OvGsManipDistance;
+#include <QUndoStack>
+#include <QtTest>
+
 class OvGuiMainWindowBase;
-class OvGuiMeasurementTool;
-class OvToolBase;
 class QGraphicsView;
-class QUndoStack;
 
 // The real surroundings of a distance manipulator: a main window whose view
 // shows the editor with a 640 x 480 picture at zoom 1 (picture pixel = view
@@ -31,34 +27,30 @@ public:
     static const int kDistanceType = 66653;
     static const int kCircleType = 66656;
 
-    explicit ManipTestHelper(double anUmPerPixel = 0.5);
+    ManipTestHelper();
     ~ManipTestHelper();
     ManipTestHelper(const ManipTestHelper&) = delete;
     ManipTestHelper& operator=(const ManipTestHelper&) = delete;
 
     // Chooses the distance button's variant and checks the button.
     void activate(int aFreehandType = 0);
-
-    QPoint viewportPoint(const QPointF& aPicturePoint) const;
-    void press(const QPointF& aPoint, Qt::MouseButton aButton = Qt::LeftButton);
-    void move(const QPointF& aPoint, Qt::MouseButtons aHeld = Qt::LeftButton);
-    void hover(const QPointF& aPoint);
-    void release(const QPointF& aPoint, Qt::MouseButton aButton = Qt::LeftButton);
-    // Press, one move, release.
-    void drag(const QPointF& aFrom, const QPointF& aTo);
-    // Press and release at aFrom, hover to aTo, press and release there.
-    void clickClick(const QPointF& aFrom, const QPointF& aTo);
-
-    // A stored circle made through the kernel (centre and radius in pixels).
+    // Runs a gesture script: "p" press, "P" right press, "m" move with the left
+    // button held, "h" move without buttons, "r" release; each followed by x,y,
+    // steps separated by spaces.
+    void play(const QString& aScript);
+    // A circle item of another kind on the editor, not stored.
     OvGsCircle* addCircle(const QPointF& aCentre, double aRadius);
 
-    KxKernelObjectData* stored(int anIdx) const;
-    QList<int> storedIndices() const;
-    // The stored "len" (default key frames) and position.
-    QPoint storedLen(int anIdx) const;
-    QPoint storedPos(int anIdx) const;
+    KxKernelObjectData* stored(int anIdx) const { return kernel->getObject(kDistanceType, anIdx); }
+    QList<int> storedIndices() const { return kernel->getObjectsOfType(kDistanceType).keys(); }
+    // A parameter of the default key frames of a stored line.
     QVariant storedParam(int anIdx, const QString& aName) const;
-    OvGsDistance* item(int anIdx) const;
+    QPoint storedLen(int anIdx) const { return storedParam(anIdx, "len").toPoint(); }
+    QPoint storedPos(int anIdx) const { return storedParam(anIdx, "pos").toPoint(); }
+    OvGsDistance* item(int anIdx) const { return static_cast<OvGsDistance*>(manip->getGsObject(anIdx)); }
+    // Line anIdx in the kernel and on the editor, for whole-state comparisons:
+    // "stored 100,100 by 60,80; item 100,100 by 60,80".
+    QString lineState(int anIdx) const;
     // Distance items on the editor, stored or not.
     QList<OvGsDistance*> distanceItems() const;
 
@@ -72,6 +64,5 @@ public:
     KxKernelData* kernel;
 
 private:
-    void sendMouse(int aType, const QPointF& aPoint, Qt::MouseButton aButton, Qt::MouseButtons aButtons);
     int circleCount = 0;
 };
