@@ -71,6 +71,7 @@ private slots:
 
         QTest::newRow("auto without mm stays um") << 5000.0 << false << 0 << QList<int>{ 2, 4, 8 } << "5000.0 \u03BCm";
         QTest::newRow("auto m needs cm") << 3e6 << false << 0 << QList<int>{ 3, 8 } << "3000.0 mm";
+        QTest::newRow("auto without m stays cm") << 3e6 << false << 0 << QList<int>{ 3, 4 } << "300.00 cm";
         QTest::newRow("auto never picks mil, inch, ft") << 1e7 << false << 0 << QList<int>{ 2, 5, 6, 7 }
                                                         << "10.000\u221910\u2076 \u03BCm";
         QTest::newRow("no unit: unconverted, trailing space") << 1234.5 << false << 1000 << any << "1234.5 ";
