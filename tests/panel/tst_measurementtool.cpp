@@ -180,7 +180,7 @@ private slots:
         // Typed values count once they are committed: no intermediate "1" on the way to 12.
         QTest::newRow("width typed, two digits") << "theSBWidth" << "12" << 0 << "LineWidth" << QVariant(12);
         QTest::newRow("font typed, two selected") << "theSBFontSize" << "30" << 2 << "FontSize" << QVariant(30);
-        QTest::newRow("width past its range: 0 refused") << "theSBWidth" << "30" << 0 << "LineWidth" << QVariant(3);
+        QTest::newRow("width past its range clamps to 20") << "theSBWidth" << "30" << 0 << "LineWidth" << QVariant(20);
         QTest::newRow("colour, nothing selected") << "theColorButton" << "" << 0 << "Color" << QVariant(kGreen);
         QTest::newRow("colour, two selected") << "theColorButton" << "" << 2 << "Color" << QVariant(kGreen);
     }
