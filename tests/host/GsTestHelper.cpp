@@ -102,12 +102,6 @@ void TestGsItem::paint(QPainter* aPainter, const QStyleOptionGraphicsItem*, QWid
     aPainter->drawRect(QRectF(QPointF(0, 0), size));
 }
 
-void TestGsItem::adjustScale(double aZoom)
-{
-    OvGsObject::adjustScale(aZoom);
-    lastZoom = aZoom;
-}
-
 bool TestGsItem::isPointOnObject(const QPointF& aPoint, int& aPart, int aTolerance) const
 {
     if (OvGsObject::isPointOnObject(aPoint, aPart, aTolerance))
@@ -182,20 +176,6 @@ QVariant TestManipulator::getCalculatedValue(const QString& aName, const KxGsObj
 {
     const auto* box = dynamic_cast<const TestGsItem*>(anObj);
     return boxValue(aName, box ? box->getSize() : QSizeF(), aUnitName);
-}
-
-QList<QVariant> TestManipulator::getCalculatedValues(const QStringList& aNames, const KxKernelObjectData* aData,
-                                                     QStringList& aUnits)
-{
-    aUnits.clear();
-    QList<QVariant> values;
-    const QSizeF size = aData ? aData->getDefaultKeyframes()[5].getValue().toSizeF() : QSizeF();
-    for (const QString& name : aNames) {
-        QString unit;
-        values << boxValue(name, size, unit);
-        aUnits << unit;
-    }
-    return values;
 }
 
 void TestManipulator::activate()

@@ -1,36 +1,34 @@
 #pragma once
 
+#include "KxGsEditor.h"
 #include "KxGsManipulator.h"
+#include "KxKernelData.h"
+#include "KxKernelObjectData.h"
 #include "KxParamKeyframeVector.h"
 #include "OvGsObject.h"
 
 #include <QGraphicsScene>
 #include <QGraphicsView>
-#include <QImage>
 #include <QPointer>
 #include <QRegularExpression>
-#include <QSizeF>
-#include <QStringList>
 #include <QUndoStack>
+#include <QtTest>
 
 #include <functional>
 
-class KxGsEditor;
-class KxKernelObjectData;
 class KxKernelObjectDataDescr;
 
 const int kBoxType = 70001;
 const int kOtherBoxType = 70002;
 
-// The box measurement's parameters: the shared five, 5 "size" (QSizeF,
-// animated) and 6 "w" (int, constant).
+// The shared five parameters, 5 "size" (QSizeF, animated), 6 "w" (int, constant).
 KxKernelObjectDataDescr* newBoxDescriptor(int aType);
 // A box's kernel object: visible, green, showing "Area", at aPos, aSize, width 2.
 KxKernelObjectData* newBoxData(int aType, bool anAnimated = false, const QPoint& aPos = QPoint(10, 20),
                                const QSizeF& aSize = QSizeF(100, 50));
 // Values at aFrame (-1: the defaults) holding only the given parameters.
 KxParamKeyframeVector keyframes(qint64 aFrame, const QList<QPair<int, QVariant>>& aValues, int aCount = 7);
-// The stored box anIdx of kBoxType, null when there is none.
+// Box anIdx of kBoxType in the store (null when none) and a value of it.
 const KxKernelObjectData* storedBox(int anIdx = 1);
 QVariant storedBoxValue(int anId, qint64 aFrame = 0, int anIdx = 1);
 
@@ -46,7 +44,6 @@ public:
     int type() const override { return itemType; }
     QRectF boundingRect() const override { return QRectF(QPointF(0, 0), size).adjusted(-2, -2, 2, 2); }
     void paint(QPainter* aPainter, const QStyleOptionGraphicsItem* anOption, QWidget* aWidget) override;
-    void adjustScale(double aZoom) override;
     bool isPointOnObject(const QPointF& aPoint, int& aPart, int aTolerance) const override;
     bool isMoving() const override { return moving; }
     void manipMousePressEvent(QMouseEvent* anEvent) override;
@@ -57,7 +54,6 @@ public:
     QSizeF getSize() const { return size; }
 
     QStringList calls;
-    double lastZoom = 0.0;
 
 private:
     int itemType;
@@ -78,8 +74,6 @@ public:
     int getObjectType() const override { return objectType; }
     QString getObjectTypeName(int) const override { return QStringLiteral("Box"); }
     QVariant getCalculatedValue(const QString& aName, const KxGsObject* anObj, QString& aUnitName) override;
-    QList<QVariant> getCalculatedValues(const QStringList& aNames, const KxKernelObjectData* aData,
-                                        QStringList& aUnits) override;
     void activate() override;
     void deactivate() override { log << QStringLiteral("deactivate"); }
     void mousePressEvent(QGraphicsSceneMouseEvent* anEvent) override;
@@ -90,10 +84,9 @@ public:
     void hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent) override;
     void gsObjectChangedShape(KxGsObject*) override { log << QStringLiteral("changedShape"); }
 
-    // Stores a box through an undoable create command; the item appears from
-    // the kernel notification.
+    // Stores a box by an undoable command; its item comes from the notification.
     TestGsItem* addStored(const QPointF& aPos, const QSizeF& aSize);
-    // An item of this manipulator that is not stored (a gesture's item).
+    // An item that is not stored (as a gesture's item).
     TestGsItem* addUnstored(const QPointF& aPos, const QSizeF& aSize);
     TestGsItem* item(int anIdx) const { return static_cast<TestGsItem*>(gsObjectMap.value(anIdx, nullptr)); }
     // The mouse presses, moves and releases logged, in order.
@@ -131,9 +124,9 @@ private:
     int objectType;
 };
 
-// Every kernel notification as text ("created type:idx"), in arrival order,
-// and whether the store held the object as each object signal came
-// (created/changed: the very data; before remove: still; removed: no more).
+// Kernel notifications as text ("created type:idx") in arrival order, and for
+// each object signal whether the store was as it should be then (created and
+// changed: holds the very data; before remove: still holds it; removed: not).
 class KernelRecorder
 {
 public:
@@ -146,10 +139,9 @@ private:
     QObject context;
 };
 
-// A picture in a real view: the editor (the process's one editor) showing a
-// 200 x 150 image whose pixel (x, y) has the colour (x, y, 77), in a
-// 400 x 300 view without scroll bars, top-left aligned; with a manipulator
-// of kBoxType.
+// The process's one editor showing a 200 x 150 image, pixel (x, y) coloured
+// (x, y, 77), top-left in a 400 x 300 view without scroll bars; with a
+// manipulator of kBoxType.
 class GsFixture
 {
 public:
@@ -158,11 +150,9 @@ public:
 
     static QImage makeImage(int aWidth = 200, int aHeight = 150);
 
-    // A real mouse move on aWidget carrying the buttons held (QTest's own
-    // move does not tell the buttons to widgets).
+    // A mouse move carrying the buttons held (QTest's own does not).
     static void mouseMove(QWidget* aWidget, const QPoint& aPos, Qt::MouseButtons aButtons = Qt::NoButton);
-    // Press, moves through the middle to the end, release: a drag on the
-    // viewport; anAfterPress runs between the press and the first move.
+    // A left drag on the viewport through the middle; anAfterPress runs after the press.
     void drag(const QPoint& aFrom, const QPoint& aTo, const std::function<void()>& anAfterPress = {});
     // A left click at an editor-item point.
     void click(const QPointF& anEditorPos, Qt::KeyboardModifiers aModifiers = Qt::NoModifier);
@@ -182,6 +172,5 @@ public:
     QList<const KxGsObject*> currentChanges;
 };
 
-// Pixels of anImage within aTolerance of aColor in each channel, counting only
-// those at least aMinAlpha opaque.
+// Pixels at least aMinAlpha opaque and within aTolerance of aColor in each channel.
 int countPixelsNear(const QImage& anImage, const QColor& aColor, int aTolerance, int aMinAlpha = 0);

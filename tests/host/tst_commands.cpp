@@ -3,11 +3,8 @@
 #include "CmdChangeObject.h"
 #include "CmdCreateObject.h"
 #include "CmdRemoveObject.h"
-#include "KxKernelData.h"
-#include "KxKernelObjectData.h"
 
 #include <QColor>
-#include <QtTest>
 
 using State = KxKernelObjectData::State;
 

@@ -4,7 +4,6 @@
 #include "QShadowLabel.h"
 
 #include <QLineEdit>
-#include <QTest>
 #include <QVBoxLayout>
 
 class tst_CustomWidgets : public QObject

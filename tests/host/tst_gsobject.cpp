@@ -1,9 +1,6 @@
 #include "GsTestHelper.h"
 
-#include "KxGsEditor.h"
-
 #include <QPainter>
-#include <QTest>
 
 class tst_GsObject : public QObject
 {

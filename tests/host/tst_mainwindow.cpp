@@ -1,7 +1,5 @@
 #include "GsTestHelper.h"
 
-#include "KxGsEditor.h"
-#include "KxKernelData.h"
 #include "OvGuiMainWindowBase.h"
 
 #include <QApplication>
@@ -9,7 +7,6 @@
 #include <QListWidget>
 #include <QScrollBar>
 #include <QStackedWidget>
-#include <QTest>
 #include <QWheelEvent>
 
 #include <cmath>

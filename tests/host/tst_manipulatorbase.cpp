@@ -1,12 +1,6 @@
 #include "GsTestHelper.h"
 
-#include "KxGsEditor.h"
-#include "KxKernelData.h"
-#include "KxKernelObjectData.h"
 #include "KxLocalMagnifier.h"
-
-#include <QSignalSpy>
-#include <QTest>
 
 class tst_ManipulatorBase : public QObject
 {
@@ -94,39 +88,6 @@ private slots:
         QCOMPARE(storedBoxValue(6, 10).toInt(), 2);
     }
 
-    void removeStoredAndUnstored()
-    {
-        GsFixture f;
-        TestGsItem* box = f.manip->addStored(QPointF(20, 30), QSizeF(10, 12));
-        QPointer<TestGsItem> loose(f.manip->addUnstored(QPointF(60, 30), QSizeF(10, 12)));
-
-        // Not stored: gone at once, nothing to undo.
-        f.editor->setCurrentObject(loose, false);
-        f.manip->contextRemoveGsObject(loose);
-        QVERIFY(!f.editor->getCurrentObject());
-        QVERIFY(!f.editor->isGsObjectFound(loose));
-        QCOMPARE(f.stack.count(), 1);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(loose.isNull());
-
-        // Stored: an undoable removal; the item goes with the kernel object.
-        f.editor->setCurrentObject(box, false);
-        f.manip->removeGsObject(box);
-        QCOMPARE(f.stack.count(), 2);
-        QVERIFY(!storedBox());
-        QVERIFY(!f.manip->getGsObject(1));
-        QVERIFY(!f.editor->getCurrentObject());
-        QVERIFY(f.editor->getAllChildGsObjects().isEmpty());
-        f.stack.undo();
-        QVERIFY(f.manip->item(1));
-        QCOMPARE(f.manip->item(1)->getSize(), QSizeF(10, 12));
-        // Removing twice in a row is harmless.
-        TestGsItem* again = f.manip->item(1);
-        f.manip->removeGsObject(again);
-        f.manip->removeGsObject(again);
-        QCOMPARE(f.stack.count(), 2);
-    }
-
     void displayValue_data()
     {
         QTest::addColumn<QString>("valueName");
@@ -156,15 +117,9 @@ private slots:
         f.manip->updateDisplayValue(nullptr, valueName, store, true);
     }
 
-    void kernelValuesAndFramesReachTheDerivedClass()
+    void framesReachTheDerivedClass()
     {
         GsFixture f;
-        f.manip->addStored(QPointF(20, 30), QSizeF(2.5, 4));
-        QCOMPARE(f.manip->getCalculatedValueAsString("Area", storedBox()), QStringLiteral("10 px2"));
-        QCOMPARE(f.manip->getCalculatedValueAsString("Width", storedBox()), QStringLiteral("2.5 px"));
-        QCOMPARE(f.manip->getCalculatedValueAsString("Depth", storedBox()), QString());
-        QCOMPARE(f.manip->getCalculatedValueAsString("Area", static_cast<const KxKernelObjectData*>(nullptr)),
-                 QString());
         KxKernelData::getInstance()->setCurrentFrame(7);
         KxKernelData::getInstance()->setCurrentFrame(9);
         QCOMPARE(f.manip->frames, QList<qint64>({7, 9}));

@@ -5,8 +5,6 @@
 
 #include <QDockWidget>
 #include <QLabel>
-#include <QSignalSpy>
-#include <QTest>
 #include <QToolButton>
 
 namespace {
@@ -28,48 +26,53 @@ class tst_ToolBase : public QObject
     Q_OBJECT
 
 private slots:
-    void activationSignals_data()
+    void activation_data()
     {
         QTest::addColumn<QList<bool>>("calls");
+        QTest::addColumn<bool>("blocked");
+        QTest::addColumn<bool>("refuse");
         QTest::addColumn<QList<bool>>("emitted");
         QTest::addColumn<bool>("active");
 
-        QTest::newRow("on twice") << QList<bool>{true, true} << QList<bool>{true} << true;
-        QTest::newRow("off while off") << QList<bool>{false} << QList<bool>{} << false;
-        QTest::newRow("on off on") << QList<bool>{true, false, true} << QList<bool>{true, false, true} << true;
+        using L = QList<bool>;
+        QTest::newRow("on twice") << L{true, true} << false << false << L{true} << true;
+        QTest::newRow("off while off") << L{false} << false << false << L{} << false;
+        QTest::newRow("on off on") << L{true, false, true} << false << false << L{true, false, true} << true;
+        QTest::newRow("signals blocked: state changes all the same") << L{true} << true << false << L{} << true;
+        // As the plug-in does without calibration: switch off and fold away.
+        QTest::newRow("receiver refuses") << L{true} << false << true << L{true, false} << false;
     }
 
-    void activationSignals()
+    void activation()
     {
         QFETCH(QList<bool>, calls);
+        QFETCH(bool, blocked);
+        QFETCH(bool, refuse);
         QFETCH(QList<bool>, emitted);
         QFETCH(bool, active);
 
         Entry tool;
         QSignalSpy spy(&tool, &OvToolBase::toolActivated);
+        QSignalSpy expanded(&tool, &OvToolBase::guiExpanded);
+        connect(&tool, &OvToolBase::toolActivated, &tool, [&tool, refuse](bool anOn) {
+            if (refuse && anOn) {
+                tool.slotActivate(false);
+                tool.slotExpandGui(false);
+            }
+        });
+        tool.blockSignals(blocked);
         for (bool call : calls)
             tool.slotActivate(call);
+        tool.blockSignals(false);
         QList<bool> seen;
         for (const QList<QVariant>& args : spy)
             seen << args.at(0).toBool();
         QCOMPARE(seen, emitted);
         QCOMPARE(tool.isActive(), active);
         QCOMPARE(tool.getActivateButton()->isChecked(), active);
-        // Activation shows the settings; deactivation leaves them as they are.
-        QCOMPARE(tool.isExpanded(), emitted.contains(true));
-    }
-
-    void blockedSignalsStillChangeState()
-    {
-        Entry tool;
-        QSignalSpy activated(&tool, &OvToolBase::toolActivated);
-        QSignalSpy expanded(&tool, &OvToolBase::guiExpanded);
-        tool.blockSignals(true);
-        tool.slotActivate(true);
-        tool.slotExpandGui(false);
-        tool.blockSignals(false);
-        QVERIFY(tool.isActive() && !tool.isExpanded());
-        QCOMPARE(activated.count() + expanded.count(), 0);
+        // Activation shows the settings unless refused; deactivation leaves them as they are.
+        QCOMPARE(tool.isExpanded(), calls.contains(true) && !refuse);
+        QCOMPARE(expanded.count(), tool.isExpanded() && !blocked ? 1 : 0);
     }
 
     void headerClicks()
@@ -101,23 +104,6 @@ private slots:
         QTest::mouseClick(tool.getTitleLabel(), Qt::LeftButton);
         QTest::mouseClick(tool.getActivateButton(), Qt::LeftButton);
         QVERIFY(!tool.isActive());
-    }
-
-    void receiverMayRefuseActivation()
-    {
-        Entry tool;
-        QSignalSpy expanded(&tool, &OvToolBase::guiExpanded);
-        // As the plug-in does without calibration: switch off and fold away.
-        connect(&tool, &OvToolBase::toolActivated, &tool, [&tool](bool anOn) {
-            if (anOn) {
-                tool.slotActivate(false);
-                tool.slotExpandGui(false);
-            }
-        });
-        tool.slotActivate(true);
-        QVERIFY(!tool.isActive() && !tool.isExpanded());
-        QVERIFY(!tool.getActivateButton()->isChecked());
-        QCOMPARE(expanded.count(), 0);
     }
 
     void enableReachesPanel_data()
