@@ -4,7 +4,6 @@
 #include "OvGuiMainWindowBase.h"
 
 #include <QGraphicsView>
-#include <QToolButton>
 
 ManipTestHelper::ManipTestHelper()
 {
@@ -47,12 +46,6 @@ ManipTestHelper::~ManipTestHelper()
     delete tool;
     delete window;
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-void ManipTestHelper::activate(int aFreehandType)
-{
-    panel->freehandType = aFreehandType;
-    panel->theDistanceButton->setChecked(true);
 }
 
 void ManipTestHelper::play(const QString& aScript)
@@ -104,9 +97,8 @@ QString ManipTestHelper::lineState(int anIdx) const
 QList<OvGsDistance*> ManipTestHelper::distanceItems() const
 {
     QList<OvGsDistance*> items;
-    for (KxGsObject* obj : editor->getAllChildGsObjects()) {
+    for (KxGsObject* obj : editor->getAllChildGsObjects())
         if (obj->type() == kDistanceType)
             items.append(static_cast<OvGsDistance*>(obj));
-    }
     return items;
 }

@@ -10,6 +10,7 @@
 #include "OvGuiMeasurementTool.h"
 #include "OvToolBase.h"
 
+#include <QToolButton>
 #include <QUndoStack>
 #include <QtTest>
 
@@ -29,11 +30,18 @@ public:
 
     ManipTestHelper();
     ~ManipTestHelper();
-    ManipTestHelper(const ManipTestHelper&) = delete;
-    ManipTestHelper& operator=(const ManipTestHelper&) = delete;
 
     // Chooses the distance button's variant and checks the button.
-    void activate(int aFreehandType = 0);
+    void activate(int aFreehandType = 0)
+    {
+        panel->freehandType = aFreehandType;
+        panel->theDistanceButton->setChecked(true);
+    }
+    // The panel's line width, font size, colour and unit.
+    QVariantList panelStyle() const
+    {
+        return { panel->getLineWidth(), panel->getFontSize(), panel->getColor(), panel->getCurrentUnit() };
+    }
     // Runs a gesture script: "p" press, "P" right press, "m" move with the left
     // button held, "h" move without buttons, "r" release; each followed by x,y,
     // steps separated by spaces.
