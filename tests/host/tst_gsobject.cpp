@@ -172,39 +172,6 @@ private slots:
         QCOMPARE(box->getTrashButton()->isVisible(), visible);
     }
 
-    void activeButtonsActLikeRadioButtons()
-    {
-        GsFixture f;
-        TestGsItem* a = f.manip->addStored(QPointF(40, 40), QSizeF(20, 20));
-        TestGsItem* b = f.manip->addStored(QPointF(120, 40), QSizeF(20, 20));
-        QPixmap off(20, 20);
-        off.fill(Qt::gray);
-        QPixmap on(20, 20);
-        on.fill(Qt::blue);
-        QList<OvGsObject*> clicked;
-        for (TestGsItem* item : {a, b}) {
-            item->setActivePos(QPointF(-25, 0));
-            item->setUseActiveButton(true);
-            item->allowActiveVisible(true, off, on);
-            connect(item, &OvGsObject::signalActiveButtonClicked, this, [&clicked](OvGsObject* o) { clicked << o; });
-        }
-        auto shows = [](TestGsItem* anItem) { return anItem->getActiveButton()->pixmap().toImage().pixelColor(5, 5); };
-
-        f.click(QPointF(25, 50));
-        QVERIFY(a->getActivePressed() && !b->getActivePressed());
-        QCOMPARE(shows(a), QColor(Qt::blue));
-        f.click(QPointF(105, 50));
-        QVERIFY(!a->getActivePressed() && b->getActivePressed());
-        QCOMPARE(shows(a), QColor(Qt::gray));
-        f.click(QPointF(105, 50));
-        QVERIFY(!a->getActivePressed() && !b->getActivePressed());
-        QCOMPARE(clicked, QList<OvGsObject*>({a, b, b}));
-        QVERIFY(a->pos() == QPointF(40, 40) && b->pos() == QPointF(120, 40));
-        b->setActivePressed(true);
-        OvGsObject::makeAllActiveGray();
-        QVERIFY(!b->getActivePressed());
-    }
-
     void labelDragMovesOnlyTheLabelAndItsLeader()
     {
         GsFixture f;

@@ -77,27 +77,32 @@ private slots:
 
     void headerClicks()
     {
+        Entry hiding(true);
         Entry tool;
         auto* panel = new QWidget;
         panel->setMinimumSize(50, 80);
         tool.setGuiWidget(panel);
+        hiding.show();
         tool.show();
         QVERIFY(QTest::qWaitForWindowExposed(&tool));
         QSignalSpy activated(&tool, &OvToolBase::toolActivated);
         QSignalSpy expanded(&tool, &OvToolBase::guiExpanded);
+        QSignalSpy reset(&tool, &OvToolBase::resetButtonClicked);
 
         QTest::mouseClick(tool.getActivateButton(), Qt::LeftButton);
         QVERIFY(tool.isActive() && tool.isExpanded() && panel->isVisible());
-        QCOMPARE(activated.count(), 1);
-        QCOMPARE(expanded.count(), 1);
         QTest::mouseClick(tool.getTitleLabel(), Qt::LeftButton);
         QVERIFY(!tool.isActive());
-        QCOMPARE(activated.last().at(0).toBool(), false);
         QTest::mouseClick(tool.getExpandButton(), Qt::LeftButton);
         QVERIFY(!tool.isExpanded() && !panel->isVisible());
-        QCOMPARE(expanded.last().at(0).toBool(), false);
         QTest::mouseClick(tool.getExpandButton(), Qt::LeftButton);
         QVERIFY(tool.isExpanded() && !tool.isActive());
+        QCOMPARE(activated, QList<QList<QVariant>>({{true}, {false}}));
+        QCOMPARE(expanded, QList<QList<QVariant>>({{true}, {false}, {true}}));
+        // The reset button only signals (and one entry may hide it).
+        QVERIFY(!hiding.getResetButton()->isVisible() && tool.getResetButton()->isVisible());
+        QTest::mouseClick(tool.getResetButton(), Qt::LeftButton);
+        QVERIFY(reset.count() == 1 && !tool.isActive());
 
         // A disabled entry ignores clicks.
         tool.setEnabled(false, false);
@@ -131,23 +136,7 @@ private slots:
         QCOMPARE(tool.isDisabledByMedia(), tip);
         QCOMPARE(tool.toolTip(), tip ? QStringLiteral("Not available for this picture") : QString());
         tool.setEnabled(true, false);
-        QVERIFY(tool.toolTip().isEmpty());
-        QVERIFY(panel->isEnabled());
-    }
-
-    void resetButton()
-    {
-        Entry hiding(true);
-        Entry tool;
-        hiding.show();
-        tool.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&tool));
-        QVERIFY(!hiding.getResetButton()->isVisible());
-        QVERIFY(tool.getResetButton()->isVisible());
-        QSignalSpy reset(&tool, &OvToolBase::resetButtonClicked);
-        QTest::mouseClick(tool.getResetButton(), Qt::LeftButton);
-        QCOMPARE(reset.count(), 1);
-        QVERIFY(!tool.isActive());
+        QVERIFY(tool.toolTip().isEmpty() && panel->isEnabled());
     }
 
     void iconsFromArtwork_data()
@@ -172,9 +161,9 @@ private slots:
             {QIcon::Normal, QIcon::On, QColor(0x41, 0xA7, 0xF3)},
             {QIcon::Disabled, QIcon::Off, QColor(0x5A, 0x5A, 0x5A)}};
         for (const auto& [mode, state, color] : states) {
-            const QPixmap pixmap = icon.pixmap(QSize(24, 24), mode, state);
-            QCOMPARE(pixmap.size(), QSize(24, 24));
-            QVERIFY2(countPixelsNear(pixmap.toImage(), color, 12, 201) > 5, qPrintable(color.name()));
+            const QImage image = icon.pixmap(QSize(24, 24), mode, state).toImage();
+            QVERIFY2(image.size() == QSize(24, 24) && countPixelsNear(image, color, 12, 201) > 5,
+                     qPrintable(color.name()));
         }
         QVERIFY(OvToolBase::createIcon(QStringLiteral("no-such-icon"), 24).isNull());
     }
