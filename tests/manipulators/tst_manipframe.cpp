@@ -104,28 +104,6 @@ private slots:
             KxAppSettings::remove(key);
     }
 
-    void kindConstants()
-    {
-        OvGsManipDistance* manip = h->manip;
-        QCOMPARE(h->kernel->getManipulator(66653), static_cast<KxGsManipulator*>(manip));
-        QCOMPARE(manip->getObjectTypeNames(), QStringList{QStringLiteral("Distance")});
-        QCOMPARE(manip->getAnimatedValueNames(), QStringList{QStringLiteral("Length")});
-        QCOMPARE(manip->getUnitsToUse(), (QList<int>{0, 1, 2, 5, 3, 4, 6, 7, 8}));
-        QCOMPARE(manip->getGsObjectFlags(nullptr), 0x69D);
-        QCOMPARE(manip->getGsObjectFlags(h->addCircle(QPointF(50, 50), 10)), 0);
-
-        const KxKernelObjectDataDescr* descr = h->kernel->getDataDescriptor(66653);
-        QCOMPARE(descr->getParamCount(), 9);
-        // Parameters 5 to 8: "len" (a point) follows the frames, "w", "fs" and "ut" (integers) hold for all.
-        const QStringList names{ "len", "w", "fs", "ut" };
-        for (int id = 5; id <= 8; ++id) {
-            QCOMPARE(descr->getParamId(names.at(id - 5)), id);
-            QCOMPARE(descr->getParamDescr(id).type, id == 5 ? QMetaType::QPoint : QMetaType::Int);
-            QCOMPARE(descr->getParamDescr(id).keyframeType,
-                     id == 5 ? ParamDescr::KeyframeAnimated : ParamDescr::KeyframeConstant);
-        }
-    }
-
     void activation_data()
     {
         QTest::addColumn<int>("freehandType");
@@ -380,6 +358,7 @@ private slots:
         QVERIFY(!second.isRegistered());
         QVERIFY(second.getUnitsToUse().isEmpty());
         QVERIFY(second.getAnimatedValueNames().isEmpty());
+        QCOMPARE(h->kernel->getManipulator(ManipTestHelper::kDistanceType), static_cast<KxGsManipulator*>(h->manip));
         // Its settings handlers work all the same.
         KxAppSettings::setValue(kMagnifierScale, 4.0);
         QCOMPARE(second.getMagnifierScale(), 4.0);
@@ -427,6 +406,8 @@ private slots:
         QCOMPARE(unit, h->panel->getUnitNameFromType(OvGuiMeasurementTool::UnitDeg));
         QCOMPARE(probe.getCalculatedValueAsString(QStringLiteral("Radius"), probe.getGsObject(1)),
                  QStringLiteral("42.000 ") + unit);
+        // The distance manipulator leaves items of other kinds alone.
+        QCOMPARE(h->manip->getGsObjectFlags(probe.getGsObject(1)), 0);
 
         h->kernel->setCurrentImageSize(QSize(100, 100));
         h->kernel->changeCameraResolution(QSize(200, 100));
