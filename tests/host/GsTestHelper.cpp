@@ -55,11 +55,6 @@ KxParamKeyframeVector keyframes(qint64 aFrame, const QList<QPair<int, QVariant>>
     return vector;
 }
 
-const KxKernelObjectData* storedBox(int anIdx)
-{
-    return KxKernelData::getInstance()->getObject(kBoxType, anIdx);
-}
-
 QVariant storedBoxValue(int anId, qint64 aFrame, int anIdx)
 {
     return storedBox(anIdx) ? storedBox(anIdx)->getKeyframesAt(aFrame)[anId].getValue() : QVariant();
@@ -139,8 +134,6 @@ TestManipulator::TestManipulator(int aType, QUndoStack* anUndoStack)
             SLOT(slotObjectChangedInKernel(const int, const int, const KxKernelObjectData*)));
     connect(kernelNotifier, SIGNAL(signalObjectBeforeRemove(const int, const int)), this,
             SLOT(slotObjectBeforeRemoveInKernel(const int, const int)));
-    connect(kernelNotifier, SIGNAL(signalObjectShowValue(const int, const int, const QString&)), this,
-            SLOT(slotObjectShowValueInKernel(const int, const int, const QString&)));
 }
 
 QVariant TestManipulator::getCalculatedValue(const QString& aName, const KxGsObject* anObj, QString& aUnitName)
@@ -242,12 +235,9 @@ GsFixture::GsFixture()
     scene.addItem(editor);
     editor->setImage(makeImage());
     editor->setZoom(1.0);
-    view->setFrameShape(QFrame::NoFrame);
     view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     view->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    view->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     view->setSceneRect(QRectF(0, 0, 400, 300));
-    view->setMouseTracking(true);
     view->resize(400, 300);
     view->show();
     view->activateWindow();

@@ -8,7 +8,6 @@
 #include "OvGsObject.h"
 
 #include <QGraphicsScene>
-#include <QGraphicsSceneHoverEvent>
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsView>
 #include <QPointer>
@@ -31,7 +30,10 @@ KxKernelObjectData* newBoxData(int aType, bool anAnimated = false, const QPoint&
 // Values at aFrame (-1: the defaults) holding only the given parameters.
 KxParamKeyframeVector keyframes(qint64 aFrame, const QList<QPair<int, QVariant>>& aValues, int aCount = 7);
 // Box anIdx of kBoxType in the store (null when none) and a value of it.
-const KxKernelObjectData* storedBox(int anIdx = 1);
+inline const KxKernelObjectData* storedBox(int anIdx = 1)
+{
+    return KxKernelData::getInstance()->getObject(kBoxType, anIdx);
+}
 QVariant storedBoxValue(int anId, qint64 aFrame = 0, int anIdx = 1);
 
 // A box measurement: a rectangle from (0, 0) to `size`; a press on it moves
@@ -85,9 +87,6 @@ public:
     void mousePressEvent(QGraphicsSceneMouseEvent* anEvent) override { note("press", anEvent->pos(), anEvent); }
     void mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent) override { note("release", anEvent->pos(), anEvent); }
     void mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent) override { note("move", anEvent->pos(), anEvent); }
-    void hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent) override { note("hoverEnter", anEvent->pos(), anEvent); }
-    void hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent) override { note("hoverLeave", anEvent->pos(), anEvent); }
-    void hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent) override { note("hoverMove", anEvent->pos(), anEvent); }
     void gsObjectChangedShape(KxGsObject*) override { log << QStringLiteral("changedShape"); }
 
     // Stores a box by an undoable command; its item comes from the notification.
@@ -105,12 +104,10 @@ public:
     void dropMagnifier() { removeLocalMagnifier(); }
 
     QStringList log;
-    QList<qint64> frames;
 
 private slots:
     void slotObjectCreatedInKernel(const int aType, const int anIdx, const KxKernelObjectData* aData);
     void slotObjectChangedInKernel(const int aType, const int anIdx, const KxKernelObjectData* aData);
-    void slotFrameReadyStopInKernel(qint64 aFrame) { frames << aFrame; }
 
 private:
     // Logs the event with its position and takes it.

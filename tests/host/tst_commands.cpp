@@ -77,50 +77,21 @@ private slots:
         checkState("clear leaves the store alone", data, s1);
     }
 
-    void changeWritesOnlyHeldValues_data()
-    {
-        QTest::addColumn<bool>("animated");
-        QTest::addColumn<qint64>("frame");
-        QTest::addColumn<int>("id");
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<qint64>("readFrame");
-        QTest::addColumn<QVariant>("expected");
-
-        QTest::newRow("static object, defaults") << false << qint64(-1) << 3 << QVariant(QPoint(1, 2)) << qint64(5)
-                                                 << QVariant(QPoint(1, 2));
-        QTest::newRow("animated, at frame, read before") << true << qint64(5) << 3 << QVariant(QPoint(1, 2))
-                                                         << qint64(4) << QVariant(QPoint(10, 20));
-        QTest::newRow("animated, geometry carried on") << true << qint64(3) << 5 << QVariant(QSizeF(4, 4))
-                                                       << qint64(8) << QVariant(QSizeF(4, 4));
-        QTest::newRow("animated, constant width goes to defaults") << true << qint64(5) << 6 << QVariant(9)
-                                                                   << qint64(0) << QVariant(9);
-    }
-
     void changeWritesOnlyHeldValues()
     {
-        QFETCH(bool, animated);
-        QFETCH(qint64, frame);
-        QFETCH(int, id);
-        QFETCH(QVariant, value);
-        QFETCH(qint64, readFrame);
-        QFETCH(QVariant, expected);
-
-        KxKernelObjectData* data = newBoxData(kBoxType, animated);
+        KxKernelObjectData* data = newBoxData(kBoxType, true);
         stack.push(new CmdCreateObject(kBoxType, 1, data));
         const State before = data->getState();
-        change(1, frame, {{id, value}});
+        // The size goes to frame 5, the constant width to every frame.
+        change(1, 5, {{5, QSizeF(4, 4)}, {6, 9}});
         const State after = data->getState();
-        QCOMPARE(data->getKeyframesAt(readFrame)[id].getValue(), expected);
-        // Every other parameter reads as before, at every frame looked at.
-        for (qint64 f : {qint64(0), frame, readFrame}) {
-            const KxParamKeyframeVector now = data->getKeyframesAt(f);
-            for (int other = 0; other < now.size(); ++other) {
-                if (other != id)
-                    QCOMPARE(now[other].getValue(), before.defaults[other].getValue());
-            }
+        for (qint64 frame : {0, 4, 5, 8}) {
+            const KxParamKeyframeVector now = data->getKeyframesAt(frame);
+            QCOMPARE(now[5].getValue().toSizeF(), frame < 5 ? QSizeF(100, 50) : QSizeF(4, 4));
+            QCOMPARE(now[6].getValue().toInt(), 9);
+            for (int other = 0; other < 5; ++other)
+                QCOMPARE(now[other].getValue(), before.defaults[other].getValue());
         }
-        // Only writes that hold at every frame reach the defaults.
-        QCOMPARE(after.defaults != before.defaults, !animated || id == 6);
         stack.undo();
         QVERIFY(data->getState() == before);
         stack.redo();

@@ -157,19 +157,6 @@ private slots:
         QVERIFY(f.editor->getCurrentObject() == below);
     }
 
-    void hoverGoesToManipulator()
-    {
-        GsFixture f;
-        GsFixture::mouseMove(f.view->viewport(), QPoint(390, 290));
-        f.editor->setOverrideManipulator(f.manip);
-        f.manip->log.clear();
-        for (const QPointF& pos : {QPointF(30, 40), QPointF(35, 42), QPointF(390, 290)})
-            GsFixture::mouseMove(f.view->viewport(), f.toViewport(pos));
-        QCOMPARE(f.manip->log.value(0), QStringLiteral("hoverEnter 30,40"));
-        QVERIFY(f.manip->log.contains("hoverMove 35,42") && f.manip->log.last().startsWith("hoverLeave"));
-        QVERIFY(f.manip->gestures().isEmpty());
-    }
-
     void trashPressRemovesItemDuringItsOwnPress()
     {
         GsFixture f;

@@ -88,43 +88,6 @@ private slots:
         QCOMPARE(storedBoxValue(6, 10).toInt(), 2);
     }
 
-    void displayValue_data()
-    {
-        QTest::addColumn<QString>("valueName");
-        QTest::addColumn<bool>("store");
-        QTest::addColumn<QString>("expectedName");
-        QTest::addColumn<QString>("expectedLabel");
-
-        QTest::newRow("area, stored") << "Area" << true << "Area" << "Box 1: 120 px2";
-        QTest::newRow("width, stored") << "Width" << true << "Width" << "Box 1: 10 px";
-        QTest::newRow("width, not stored") << "Width" << false << "Area" << "Box 1: 10 px";
-        QTest::newRow("unknown value") << "Volume" << true << "Volume" << "Box 1";
-    }
-
-    void displayValue()
-    {
-        QFETCH(QString, valueName);
-        QFETCH(bool, store);
-        QFETCH(QString, expectedName);
-        QFETCH(QString, expectedLabel);
-
-        GsFixture f;
-        TestGsItem* box = f.manip->addStored(QPointF(20, 30), QSizeF(10, 12));
-        QCOMPARE(f.manip->getValueNameToDisplay(box), QStringLiteral("Area"));
-        f.manip->updateDisplayValue(box, valueName, store, true);
-        QCOMPARE(f.manip->getValueNameToDisplay(box), expectedName);
-        QCOMPARE(box->getLabelText(), expectedLabel);
-        f.manip->updateDisplayValue(nullptr, valueName, store, true);
-    }
-
-    void framesReachTheDerivedClass()
-    {
-        GsFixture f;
-        KxKernelData::getInstance()->setCurrentFrame(7);
-        KxKernelData::getInstance()->setCurrentFrame(9);
-        QCOMPARE(f.manip->frames, QList<qint64>({7, 9}));
-    }
-
     void destroyedManipulatorTakesItsItems()
     {
         GsFixture f;

@@ -1,9 +1,7 @@
 #include "GsTestHelper.h"
 
-#include "OvGuiMainWindowBase.h"
 #include "OvToolBase.h"
 
-#include <QDockWidget>
 #include <QLabel>
 #include <QToolButton>
 
@@ -166,22 +164,6 @@ private slots:
                      qPrintable(color.name()));
         }
         QVERIFY(OvToolBase::createIcon(QStringLiteral("no-such-icon"), 24).isNull());
-    }
-
-    void entersMainWindowDock()
-    {
-        OvGuiMainWindowBase window;
-        auto* first = new OvToolBase(&window, QStringLiteral("tool-measure"), QStringLiteral("First"),
-                                     QStringLiteral("first"), false);
-        auto* second = new OvToolBase(&window, QStringLiteral("measure"), QStringLiteral("Second"),
-                                      QStringLiteral("second"), true);
-        QCOMPARE(window.getToolEntries(), QList<OvToolBase*>({first, second}));
-        QVERIFY(window.getToolDock()->isAncestorOf(first) && window.getToolDock()->isAncestorOf(second));
-        // Adding twice keeps one entry; a deleted entry leaves the list.
-        window.addToolEntry(first);
-        QCOMPARE(window.getToolEntries().size(), 2);
-        delete first;
-        QCOMPARE(window.getToolEntries(), QList<OvToolBase*>({second}));
     }
 };
 
