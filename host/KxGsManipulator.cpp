@@ -282,7 +282,12 @@ void KxGsManipulator::updateDisplayValue(KxGsObject* anObj, const QString& aValu
 {
     if (!anObj)
         return;
-    anObj->setDisplayValue(getCalculatedValueAsString(aValueName, anObj));
+    // A stored measurement shows its stored value (in its own unit); an item
+    // still being drawn shows what its geometry measures now.
+    const int idx = aStored ? getObjectIdx(anObj) : -1;
+    const KxKernelObjectData* data = idx >= 0 ? kernelData->getObject(getObjectType(), idx) : nullptr;
+    anObj->setDisplayValue(data ? getCalculatedValueAsString(aValueName, data)
+                                : getCalculatedValueAsString(aValueName, anObj));
     if (aStored)
         anObj->setDisplayedValueName(aValueName);
     if (aRepaint)

@@ -108,9 +108,11 @@ public:
     virtual void recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce);
     // An item reports a finished reshape; derived classes write it back.
     virtual void gsObjectChangedShape(KxGsObject* anObj);
-    // Sets the item's display value to getCalculatedValueAsString(aValueName,
-    // anObj); with aStored the name becomes the one getValueNameToDisplay()
-    // returns; with aRepaint the item is updated.
+    // Sets the item's display value. With aStored and the item's object in
+    // the kernel store, the value comes from the stored data (its own unit);
+    // otherwise from the item's geometry. With aStored the name also becomes
+    // the one getValueNameToDisplay() returns; with aRepaint the item is
+    // updated.
     virtual void updateDisplayValue(KxGsObject* anObj, const QString& aValueName, bool aStored, bool aRepaint);
     // The user removes an item: a stored one through an undoable
     // CmdRemoveObject (the item goes when the kernel reports the removal), an

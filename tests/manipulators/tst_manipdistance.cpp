@@ -1,4 +1,5 @@
 #include "ManipTestHelper.h"
+#include "OvDeviceSetManager.h"
 
 #include "CmdChangeObject.h"
 #include "KxView.h"
@@ -256,6 +257,18 @@ private slots:
         // Names are case-sensitive.
         QVERIFY(!h->manip->getCalculatedValue(QStringLiteral("length"), line, unit).isValid());
         QVERIFY(unit.isEmpty());
+    }
+
+    // A label refresh used to show every line in the panel's unit instead of its own.
+    void labelsKeepTheirOwnUnitWhenRefreshed()
+    {
+        h->play("p100,100 m160,180 r160,180 p300,100 m360,180 r360,180");
+        h->panel->setCurrentUnit(3);
+        Q_EMIT h->panel->signalUnitTypeChanged(3); // the user picks mm with line 2 selected
+        QCOMPARE(h->storedParam(2, "ut").toInt(), 3);
+        Q_EMIT OvDeviceSetManager::instance()->signalDeviceSetModified(OvDeviceSetManager::FlagCalibrationChanged);
+        QCOMPARE(h->item(1)->getDisplayValue(), QString::fromUtf8("50.000 \u03bcm"));
+        QCOMPARE(h->item(2)->getDisplayValue(), QString::fromUtf8("50.00\u221910 \u0304\u00b3 mm"));
     }
 
     void kernelChangeUpdatesItemAndPanel()
