@@ -120,13 +120,10 @@ TestManipulator::TestManipulator(int aType, QUndoStack* anUndoStack)
     , objectType(aType)
 {
     valueNames << QStringLiteral("Area") << QStringLiteral("Width");
-    if (!kernelData->registerObjectType(this, aType))
+    QScopedPointer<KxKernelObjectDataDescr> descr(newBoxDescriptor(aType));
+    if (!kernelData->registerObjectType(this, aType) || !kernelData->registerDataDescriptor(descr.data(), aType))
         return;
-    KxKernelObjectDataDescr* descr = newBoxDescriptor(aType);
-    if (!kernelData->registerDataDescriptor(descr, aType)) {
-        delete descr;
-        return;
-    }
+    descr.take();
     // Connected by signature, as the plug-in's manipulators do.
     connect(kernelNotifier, SIGNAL(signalObjectCreated(const int, const int, const KxKernelObjectData*)), this,
             SLOT(slotObjectCreatedInKernel(const int, const int, const KxKernelObjectData*)));
@@ -158,13 +155,6 @@ TestGsItem* TestManipulator::addStored(const QPointF& aPos, const QSizeF& aSize)
     undoStack->push(new CmdCreateObject(objectType, idx, newBoxData(objectType, false, aPos.toPoint() + viewOrigin(),
                                                                     aSize)));
     return item(idx);
-}
-
-TestGsItem* TestManipulator::addUnstored(const QPointF& aPos, const QSizeF& aSize)
-{
-    auto* box = new TestGsItem(this, editor, objectType, aSize);
-    box->setPos(aPos);
-    return box;
 }
 
 void TestManipulator::slotObjectCreatedInKernel(const int aType, const int anIdx, const KxKernelObjectData* aData)
@@ -230,8 +220,6 @@ GsFixture::GsFixture()
     : view(new QGraphicsView(&scene))
     , editor(KxGsEditor::getInstance())
 {
-    if (editor->scene())
-        editor->scene()->removeItem(editor);
     scene.addItem(editor);
     editor->setImage(makeImage());
     editor->setZoom(1.0);

@@ -92,7 +92,12 @@ public:
     // Stores a box by an undoable command; its item comes from the notification.
     TestGsItem* addStored(const QPointF& aPos, const QSizeF& aSize);
     // An item that is not stored (as a gesture's item).
-    TestGsItem* addUnstored(const QPointF& aPos, const QSizeF& aSize);
+    TestGsItem* addUnstored(const QPointF& aPos, const QSizeF& aSize)
+    {
+        auto* box = new TestGsItem(this, editor, objectType, aSize);
+        box->setPos(aPos);
+        return box;
+    }
     TestGsItem* item(int anIdx) const { return static_cast<TestGsItem*>(gsObjectMap.value(anIdx, nullptr)); }
     // The mouse presses, moves and releases logged, in order.
     QStringList gestures() const { return log.filter(QRegularExpression("^(press|move|release)")); }

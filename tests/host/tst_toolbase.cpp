@@ -137,31 +137,24 @@ private slots:
         QVERIFY(tool.toolTip().isEmpty() && panel->isEnabled());
     }
 
-    void iconsFromArtwork_data()
-    {
-        QTest::addColumn<QString>("name");
-        for (const char* name : {"tool-measure", "measure", "freeform_line", "multiple_distance_line",
-                                 "paralell_distance_line", "circle_distance_line", "freeform", "radius", "diameter",
-                                 "angle", "out-angle"})
-            QTest::newRow(name) << QString::fromLatin1(name);
-    }
-
     void iconsFromArtwork()
     {
-        QFETCH(QString, name);
-
-        const QIcon icon = OvToolBase::createIcon(name, 24);
-        QVERIFY(!icon.isNull());
-        // Each state is drawn in its own colour (thin lines inside a halo leave only a few such pixels).
+        // Each state of each tool's artwork is drawn in its own colour (thin lines
+        // inside a halo leave only a few such pixels).
         const QList<std::tuple<QIcon::Mode, QIcon::State, QColor>> states{
             {QIcon::Normal, QIcon::Off, QColor(0xC8, 0xC8, 0xC8)},
             {QIcon::Active, QIcon::Off, QColor(Qt::white)},
             {QIcon::Normal, QIcon::On, QColor(0x41, 0xA7, 0xF3)},
             {QIcon::Disabled, QIcon::Off, QColor(0x5A, 0x5A, 0x5A)}};
-        for (const auto& [mode, state, color] : states) {
-            const QImage image = icon.pixmap(QSize(24, 24), mode, state).toImage();
-            QVERIFY2(image.size() == QSize(24, 24) && countPixelsNear(image, color, 12, 201) > 5,
-                     qPrintable(color.name()));
+        for (const char* name : {"tool-measure", "measure", "freeform_line", "multiple_distance_line",
+                                 "paralell_distance_line", "circle_distance_line", "freeform", "radius", "diameter",
+                                 "angle", "out-angle"}) {
+            const QIcon icon = OvToolBase::createIcon(QString::fromLatin1(name), 24);
+            for (const auto& [mode, state, color] : states) {
+                const QImage image = icon.pixmap(QSize(24, 24), mode, state).toImage();
+                QVERIFY2(image.size() == QSize(24, 24) && countPixelsNear(image, color, 12, 201) > 5,
+                         qPrintable(QStringLiteral("%1 %2").arg(QLatin1String(name), color.name())));
+            }
         }
         QVERIFY(OvToolBase::createIcon(QStringLiteral("no-such-icon"), 24).isNull());
     }
