@@ -1,22 +1,25 @@
 #include "GsTestHelper.h"
 
 #include "CmdCreateObject.h"
-#include "KxGsEditor.h"
-#include "KxKernelData.h"
-#include "KxKernelObjectData.h"
 #include "KxKernelObjectDataDescr.h"
 #include "KxSignalCenter.h"
 #include "KxView.h"
 
 #include <QApplication>
 #include <QPainter>
-#include <QTest>
 
 namespace {
 
 QString eventText(const char* aWhat, const QPointF& aPos)
 {
     return QStringLiteral("%1 %2,%3").arg(QLatin1String(aWhat)).arg(qRound(aPos.x())).arg(qRound(aPos.y()));
+}
+
+// A mouse move carrying the buttons held (QTest's own does not).
+void mouseMove(QWidget* aWidget, const QPoint& aPos, Qt::MouseButtons aButtons)
+{
+    QMouseEvent event(QEvent::MouseMove, aPos, aWidget->mapToGlobal(aPos), Qt::NoButton, aButtons, Qt::NoModifier);
+    QApplication::sendEvent(aWidget, &event);
 }
 
 QPoint viewOrigin()
@@ -256,12 +259,6 @@ QImage GsFixture::makeImage(int aWidth, int aHeight)
             image.setPixel(x, y, qRgb(x % 256, y % 256, 77));
     }
     return image;
-}
-
-void GsFixture::mouseMove(QWidget* aWidget, const QPoint& aPos, Qt::MouseButtons aButtons)
-{
-    QMouseEvent event(QEvent::MouseMove, aPos, aWidget->mapToGlobal(aPos), Qt::NoButton, aButtons, Qt::NoModifier);
-    QApplication::sendEvent(aWidget, &event);
 }
 
 void GsFixture::drag(const QPoint& aFrom, const QPoint& aTo, const std::function<void()>& anAfterPress)

@@ -36,8 +36,7 @@ inline const KxKernelObjectData* storedBox(int anIdx = 1)
 }
 QVariant storedBoxValue(int anId, qint64 aFrame = 0, int anIdx = 1);
 
-// A box measurement: a rectangle from (0, 0) to `size`; a press on it moves
-// it as a whole. Records the mouse events it is offered.
+// A box from (0, 0) to `size` that a press moves as a whole; records the mouse events offered.
 class TestGsItem : public OvGsObject
 {
     Q_OBJECT
@@ -70,8 +69,7 @@ private:
     bool moving = false;
 };
 
-// A manipulator of box measurements. Items are created from kernel
-// notifications; the manipulator logs the editor events it receives.
+// Boxes' manipulator: items come from kernel notifications; logs the editor events it gets.
 class TestManipulator : public KxGsManipulator
 {
     Q_OBJECT
@@ -115,7 +113,6 @@ private slots:
     void slotObjectChangedInKernel(const int aType, const int anIdx, const KxKernelObjectData* aData);
 
 private:
-    // Logs the event with its position and takes it.
     void note(const char* aWhat, const QPointF& aPos, QEvent* anEvent);
     void applyKeyframes(TestGsItem* anItem, const KxKernelObjectData* aData);
 
@@ -134,9 +131,8 @@ private:
     int objectType;
 };
 
-// Kernel notifications as text ("created type:idx") in arrival order, and for
-// each object signal whether the store was as it should be then (created and
-// changed: holds the very data; before remove: still holds it; removed: not).
+// Kernel notifications as text ("created type:idx"), and per object signal whether the store
+// was right then (created, changed: holds the very data; before remove: still; removed: not).
 class KernelRecorder
 {
 public:
@@ -149,9 +145,8 @@ private:
     QObject context;
 };
 
-// The process's one editor showing a 200 x 150 image, pixel (x, y) coloured
-// (x, y, 77), top-left in a 400 x 300 view without scroll bars; with a
-// manipulator of kBoxType.
+// The process's one editor showing a 200 x 150 image, pixel (x, y) coloured (x, y, 77), top-left in a
+// 400 x 300 view without scroll bars; with a manipulator of kBoxType.
 class GsFixture
 {
 public:
@@ -160,14 +155,10 @@ public:
 
     static QImage makeImage(int aWidth = 200, int aHeight = 150);
 
-    // A mouse move carrying the buttons held (QTest's own does not).
-    static void mouseMove(QWidget* aWidget, const QPoint& aPos, Qt::MouseButtons aButtons = Qt::NoButton);
     // A left drag on the viewport through the middle; anAfterPress runs after the press.
     void drag(const QPoint& aFrom, const QPoint& aTo, const std::function<void()>& anAfterPress = {});
-    // A left click at an editor-item point.
+    // A left click at an editor-item point, and the viewport pixel of such a point.
     void click(const QPointF& anEditorPos, Qt::KeyboardModifiers aModifiers = Qt::NoModifier);
-
-    // Viewport pixel of an editor-item point.
     QPoint toViewport(const QPointF& anEditorPos) const;
 
     TestManipulator* addManipulator(int aType);

