@@ -320,6 +320,23 @@ bool KxGsEditor::pressItem(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick)
     return false;
 }
 
+void KxGsEditor::startGesture(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick)
+{
+    if (pressItem(anEvent, aDoubleClick))
+        return;
+    if (overrideManipulator) {
+        manipulatorHasMouse = true;
+        if (aDoubleClick)
+            overrideManipulator->mouseDoubleClickEvent(anEvent);
+        else
+            overrideManipulator->mousePressEvent(anEvent);
+        anEvent->accept();
+        return;
+    }
+    if (anEvent->button() == Qt::LeftButton)
+        setCurrentObject(nullptr, false);
+}
+
 void KxGsEditor::mousePressEvent(QGraphicsSceneMouseEvent* anEvent)
 {
     anEvent->accept();
@@ -331,16 +348,7 @@ void KxGsEditor::mousePressEvent(QGraphicsSceneMouseEvent* anEvent)
         return;
     }
     setFocus(Qt::MouseFocusReason);
-    if (pressItem(anEvent, false))
-        return;
-    if (overrideManipulator) {
-        manipulatorHasMouse = true;
-        overrideManipulator->mousePressEvent(anEvent);
-        anEvent->accept();
-        return;
-    }
-    if (anEvent->button() == Qt::LeftButton)
-        setCurrentObject(nullptr, false);
+    startGesture(anEvent, false);
 }
 
 void KxGsEditor::mouseDoubleClickEvent(QGraphicsSceneMouseEvent* anEvent)
@@ -348,16 +356,7 @@ void KxGsEditor::mouseDoubleClickEvent(QGraphicsSceneMouseEvent* anEvent)
     anEvent->accept();
     if (itemOwnsMouse || manipulatorHasMouse)
         return;
-    if (pressItem(anEvent, true))
-        return;
-    if (overrideManipulator) {
-        manipulatorHasMouse = true;
-        overrideManipulator->mouseDoubleClickEvent(anEvent);
-        anEvent->accept();
-        return;
-    }
-    if (anEvent->button() == Qt::LeftButton)
-        setCurrentObject(nullptr, false);
+    startGesture(anEvent, true);
 }
 
 void KxGsEditor::mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent)

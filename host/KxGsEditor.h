@@ -104,6 +104,9 @@ protected:
 
 private:
     bool pressItem(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick);
+    // A press (or double click) that starts a gesture: a stored item under the
+    // mouse first, then the override manipulator, else it clears the selection.
+    void startGesture(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick);
     QMouseEvent makeMouseEvent(QEvent::Type aType, const KxGsObject* anObj, QGraphicsSceneMouseEvent* anEvent) const;
     QList<KxGsObject*> pressCandidates() const;
     void writeBackMove(KxGsObject* anObj);
