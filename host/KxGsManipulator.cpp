@@ -8,6 +8,7 @@
 #include "KxKernelObjectDataDescr.h"
 #include "KxLocalMagnifier.h"
 #include "KxSignalCenter.h"
+#include "OvGsObject.h"
 #include "OvToolBase.h"
 
 #include <QFile>
@@ -501,8 +502,13 @@ void KxGsManipulator::slotObjectShowValueInKernel(const int aType, const int anI
 {
     if (aType != getObjectType())
         return;
-    if (KxGsObject* obj = gsObjectMap.value(anIdx, nullptr))
-        updateDisplayValue(obj, aValueName, true, true);
+    KxGsObject* obj = gsObjectMap.value(anIdx, nullptr);
+    if (!obj)
+        return;
+    updateDisplayValue(obj, aValueName.isEmpty() ? getValueNameToDisplay(obj) : aValueName, true, true);
+    // The value may have made the label wider than the room left for it.
+    if (auto* measurement = dynamic_cast<OvGsObject*>(obj))
+        measurement->ensureLabelVisible();
 }
 
 void KxGsManipulator::slotObjectRemovedInKernel(const int aType, const int anIdx)

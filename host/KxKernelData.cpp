@@ -112,6 +112,14 @@ bool KxKernelData::insertObject(int aType, int anIdx, KxKernelObjectData* aData)
         return false;
     objects[aType].insert(anIdx, aData);
     emit getNotifier()->signalObjectCreated(aType, anIdx, aData);
+    // Whoever built an item for the object shows its stored value next: an
+    // object brought back by undo, redo or loading is labelled as when drawn.
+    // A receiver of the creation may have removed it again.
+    if (KxKernelObjectData* created = getObject(aType, anIdx)) {
+        const KxParamKeyframeVector keyframes = created->getKeyframesAt(currentFrame);
+        const QString valueName = keyframes.size() > 2 ? keyframes[2].getValue().toString() : QString();
+        emit getNotifier()->signalObjectShowValue(aType, anIdx, valueName);
+    }
     return true;
 }
 

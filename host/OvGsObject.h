@@ -128,7 +128,9 @@ private:
     QPointF labelDragStart;
     QPointF labelPosAtDragStart;
     int labelFontPixSize = 16;
-    bool labelVisible = false;
+    // A measurement shows its value unless told otherwise, also when it is
+    // rebuilt from the store rather than drawn.
+    bool labelVisible = true;
     bool labelDragging = false;
     bool trashAllowed = true;
     bool activeAllowed = false;

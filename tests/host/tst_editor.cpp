@@ -36,7 +36,8 @@ private slots:
         f.editor->setOverrideManipulator(f.manip);
         f.manip->log.clear();
 
-        const QPoint start = f.toViewport(QPointF(60, 60));
+        // Below the label, which sits at the box's corner.
+        const QPoint start = f.toViewport(QPointF(80, 76));
         bool grabbed = false;
         f.drag(start, start + drag, [&]() { grabbed = f.editor->getMouseGrabberObject() == box; });
         QVERIFY(grabbed && !f.editor->getMouseGrabberObject());
