@@ -191,6 +191,10 @@ void OvGsManipFreeForm::mouseMove(const QPointF& aPos)
         if (QLineF(start, point).length() < kStartDistance)
             return;
         inProgress->addNode(start);
+    } else if (point - inProgress->pos() == inProgress->nodes.last()) {
+        // A move within the last node's pixel (the view also repeats the last
+        // position after a click) adds nothing to the shape.
+        return;
     }
     inProgress->addNode(point);
     updateDisplayValue(inProgress, valueNames.value(0), false, true);

@@ -17,8 +17,9 @@ class QGraphicsSceneMouseEvent;
 // A shape is drawn by press-drag-release (the drag adds the nodes, the release ends
 // it) or by click, move, click (the first release places the first node, every move
 // adds one, the second release ends it). Nodes are whole picture pixels inside the
-// picture: a drag beyond its edge adds nodes on the edge. Fewer than three nodes are
-// stored too but never measure.
+// picture: a drag beyond its edge adds nodes on the edge, and a move that stays on
+// the last node's pixel adds none. Fewer than three nodes are stored too but never
+// measure.
 //
 // OvGsManipFreeLine is the open twin on the same code: see the protected constructor.
 class OvGsManipFreeForm : public OvGsManipFrame
@@ -41,7 +42,8 @@ public:
     // Stores the shape under way under the next free index and makes it solid.
     void finalizeShape();
     // Adds the point (editor item coordinates) to the shape under way: the first
-    // node only once the pointer is 10 units from the start, then one per call.
+    // node only once the pointer is 10 units from the start, then one per call
+    // unless it falls on the last node's pixel.
     void mouseMove(const QPointF& aPos);
 
     // The shape being drawn, null when idle.
