@@ -441,6 +441,21 @@ private slots:
                                                              "#00b1fd w2 solid fs16 Free form1"));
     }
 
+    void secondClickOnAnotherLabelFinishes()
+    {
+        activate("form");
+        h->play(kSquareDrag);
+        OvGsFreeForm* first = item("form", 1);
+        const QPointF labelPos = first->getLabelPos();
+        const QPoint onLabel = first->mapToParent(first->getLabelRect().center()).toPoint();
+        // Click, move, click, the last click on the first shape's label.
+        h->play(QStringLiteral("p%1,%2 r%1,%2 h%3,%2").arg(onLabel.x()).arg(onLabel.y() - 60).arg(onLabel.x() + 60));
+        h->play(QStringLiteral("h%1,%2 p%1,%2 r%1,%2").arg(onLabel.x()).arg(onLabel.y()));
+        QCOMPARE(h->kernel->getObjectsOfType(kFormType).size(), 2);
+        QVERIFY(!form->getInProgressShape());
+        QCOMPARE(first->getLabelPos(), labelPos);
+    }
+
     void resolutionChange()
     {
         // Stored at (101, 51) with nodes (0, 0), (61, 0), (61, 33).
