@@ -515,6 +515,8 @@ void OvGsManipFrame::updateGuiFromObject(const OvGsObject* anItem, int anIdx)
     panel->setColor(anItem->getColor());
     panel->setLineWidth(anItem->penWidth);
     panel->setFontSize(anItem->getLabelFontPixSize());
+    // The unit stays; offering the units cleared its name, which comes back.
+    panel->setCurrentUnit(panel->getCurrentUnit());
 }
 
 void OvGsManipFrame::updateGuiFromObjectData(const KxKernelObjectData* aData)

@@ -127,7 +127,8 @@ public:
     QCursor getCursor() const override;
 
     // The panel shows the object's style and unit: from its kernel data when
-    // stored, else (colour, width, font size only) from the item.
+    // stored, else colour, width and font size from the item and the panel's
+    // unit unchanged (its name shown again).
     void updateGuiFromObject(const OvGsObject* anItem, int anIdx);
     void updateGuiFromObjectData(const KxKernelObjectData* aData);
     // The type name, or empty while "MeasurementLabelsVisible" is below 1.

@@ -287,6 +287,7 @@ private slots:
         h->play("r200,200");
         QCOMPARE(h->editor->getCurrentObject(), item("form", 1));
         QVERIFY(h->panel->isSquaredUnits());
+        QCOMPARE(h->panel->theTLUnit->text(), QStringLiteral("auto"));
         // The user picks mm for the triangle: its area follows, in mm².
         h->panel->setCurrentUnit(OvGuiMeasurementTool::UnitMm);
         Q_EMIT h->panel->signalUnitTypeChanged(OvGuiMeasurementTool::UnitMm);
@@ -296,9 +297,12 @@ private slots:
         // A free line drawn next: plain units while it is current.
         activate("line");
         QVERIFY(!h->panel->isSquaredUnits());
-        h->play("p300,100 m400,100 m400,200 r400,200");
+        h->play("p300,100 m400,100 m400,200");
         QVERIFY(!h->panel->isSquaredUnits());
-        QCOMPARE(h->panel->theTLUnit->text(), QString());
+        // While it is drawn the panel names its unit.
+        QCOMPARE(h->panel->theTLUnit->text(), QStringLiteral("auto"));
+        h->play("r400,200");
+        QVERIFY(!h->panel->isSquaredUnits());
 
         // Choosing the free form again shows its unit, squared.
         h->editor->setCurrentObject(item("form", 1), false);
