@@ -54,7 +54,7 @@ QPointF outlinePoint(const QPointF& aCentre, int i, int aNodes)
 struct Figures
 {
     double moveUs = 0.0;  // one move that adds a node, averaged over drawing whole shapes
-    double frameUs = 0.0; // re-applying one frame, per shape
+    double frameUs = 0.0; // re-applying one frame, per shape (best of five)
 };
 
 Figures measure(OvGsManipFreeForm* aManip, int aNodes)
@@ -73,9 +73,15 @@ Figures measure(OvGsManipFreeForm* aManip, int aNodes)
     }
     figures.moveUs = moves * 1000.0 / (kShapes * (aNodes - 1));
 
-    timer.restart();
-    aManip->recreateGraphicsObjects(QPoint(), 1, true);
-    figures.frameUs = elapsedMs(timer) * 1000.0 / kShapes;
+    // The best of a few runs: the machine is shared.
+    double best = -1.0;
+    for (int run = 0; run < 5; ++run) {
+        timer.restart();
+        aManip->recreateGraphicsObjects(QPoint(), 1, true);
+        const double ms = elapsedMs(timer);
+        best = best < 0.0 ? ms : qMin(best, ms);
+    }
+    figures.frameUs = best * 1000.0 / kShapes;
     return figures;
 }
 
