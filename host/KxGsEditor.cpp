@@ -320,9 +320,16 @@ bool KxGsEditor::pressItem(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick)
     return false;
 }
 
+bool KxGsEditor::isOverrideDrawing() const
+{
+    const KxGsObject* current = currentObject.data();
+    return overrideManipulator && current && current->getManipulator() == overrideManipulator
+        && overrideManipulator->getObjectIdx(current) < 0;
+}
+
 void KxGsEditor::startGesture(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick)
 {
-    if (pressItem(anEvent, aDoubleClick))
+    if (!isOverrideDrawing() && pressItem(anEvent, aDoubleClick))
         return;
     if (overrideManipulator) {
         manipulatorHasMouse = true;

@@ -106,7 +106,10 @@ private:
     bool pressItem(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick);
     // A press (or double click) that starts a gesture: a stored item under the
     // mouse first, then the override manipulator, else it clears the selection.
+    // While the override manipulator draws (its unstored item is current) the
+    // press is its own, so a click that ends a drawing never lands on a label.
     void startGesture(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick);
+    bool isOverrideDrawing() const;
     QMouseEvent makeMouseEvent(QEvent::Type aType, const KxGsObject* anObj, QGraphicsSceneMouseEvent* anEvent) const;
     QList<KxGsObject*> pressCandidates() const;
     void writeBackMove(KxGsObject* anObj);

@@ -145,6 +145,11 @@ void OvGsManipFrame::initManipulatorDone()
 {
 }
 
+int OvGsManipFrame::activationUnit() const
+{
+    return OvGuiMeasurementTool::UnitAuto;
+}
+
 void OvGsManipFrame::readMagnifierSettings()
 {
     magnifierSize = magnifierSizeFrom(KxAppSettings::value(QString::fromLatin1(kKeyMagnifierSize),
@@ -299,7 +304,7 @@ void OvGsManipFrame::activate()
 {
     QList<int> units = unitsToUse;
     panel->setUnitsToUse(units, kind.squaredUnits);
-    panel->setCurrentUnit(OvGuiMeasurementTool::UnitAuto);
+    panel->setCurrentUnit(activationUnit());
     editor->setCursor(cursor);
     if (ownsDrawButton()) {
         QToolButton* button = getDrawButton();
@@ -398,6 +403,15 @@ bool OvGsManipFrame::ownsDrawButton() const
     return variant >= 0 && variant < 32 && (kind.freehandTypes & (1u << variant)) != 0;
 }
 
+bool OvGsManipFrame::isOwnItem(const KxGsObject* anObj) const
+{
+    if (!anObj)
+        return false;
+    if (anObj == getInProgressItem())
+        return true;
+    return anObj->type() == kind.objectType && anObj->getManipulator() == this;
+}
+
 void OvGsManipFrame::drawButtonToggled(bool aChecked)
 {
     if (!ownsDrawButton())
@@ -481,7 +495,7 @@ void OvGsManipFrame::slotUnitChanged(int aUnit)
 
 void OvGsManipFrame::slotCurrentObjectChangedInEditor(const KxGsObject* anObj)
 {
-    if (anObj && anObj->type() == kind.objectType) {
+    if (anObj && isOwnItem(anObj)) {
         QList<int> units = unitsToUse;
         panel->setUnitsToUse(units, kind.squaredUnits);
         updateGuiFromObject(qobject_cast<const OvGsObject*>(anObj), getObjectIdx(anObj));
@@ -501,6 +515,8 @@ void OvGsManipFrame::updateGuiFromObject(const OvGsObject* anItem, int anIdx)
     panel->setColor(anItem->getColor());
     panel->setLineWidth(anItem->penWidth);
     panel->setFontSize(anItem->getLabelFontPixSize());
+    // The unit stays; offering the units cleared its name, which comes back.
+    panel->setCurrentUnit(panel->getCurrentUnit());
 }
 
 void OvGsManipFrame::updateGuiFromObjectData(const KxKernelObjectData* aData)

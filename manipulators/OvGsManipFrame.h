@@ -127,7 +127,8 @@ public:
     QCursor getCursor() const override;
 
     // The panel shows the object's style and unit: from its kernel data when
-    // stored, else (colour, width, font size only) from the item.
+    // stored, else colour, width and font size from the item and the panel's
+    // unit unchanged (its name shown again).
     void updateGuiFromObject(const OvGsObject* anItem, int anIdx);
     void updateGuiFromObjectData(const KxKernelObjectData* aData);
     // The type name, or empty while "MeasurementLabelsVisible" is below 1.
@@ -184,6 +185,9 @@ protected:
 
     // Called as the last step of a successful registration.
     virtual void initManipulatorDone();
+    // The unit activate() puts on the panel after offering the kind's units.
+    // Default: automatic.
+    virtual int activationUnit() const;
 
     // Checking the draw button makes this the editor's override manipulator,
     // unchecking restores the default; ignored while the button is not this
@@ -192,6 +196,10 @@ protected:
     QToolButton* getDrawButton() const;
     // The draw button is this kind's under the panel's current free-hand variant.
     bool ownsDrawButton() const;
+    // The item under way, or an item of the kind's type made by this manipulator.
+    // Another kind's item under way may share the type (a free form is open, of the
+    // free-line type, until it is finished); its own manipulator answers for it.
+    bool isOwnItem(const KxGsObject* anObj) const;
 
     KxKernelObjectDataDescr* getDescriptor() const;
     // The current view's origin: stored positions are item positions plus it.
