@@ -12,6 +12,8 @@
 #include "OvDeviceSetManager.h"
 #include "OvGuiMainWindowBase.h"
 #include "OvGuiMeasurementTool.h"
+#include "OvGsManipAngle.h"
+#include "OvGsManipCircle.h"
 #include "OvGsManipDistance.h"
 #include "OvToolBase.h"
 
@@ -73,6 +75,8 @@ bool OvMeasurementToolPlugin::addFeatures(const QString& aFeatureName, QMainWind
 
     // Creation order is registration order with the kernel store.
     manipulators[0] = new OvGsManipDistance(tool, panel, anUndoStack);
+    manipulators[5] = new OvGsManipCircle(tool, panel, anUndoStack);
+    manipulators[6] = new OvGsManipAngle(tool, panel, anUndoStack);
 
     connect(tool, SIGNAL(toolActivated(bool)), this, SLOT(slotToolActivated(bool)));
     connect(devices, SIGNAL(signalCameraStatePermanentlyChanged(int)), this,

@@ -133,9 +133,9 @@ private Q_SLOTS:
 
     void toolsNotBuiltAreRefused()
     {
-        const Run run = runViewer(QStringLiteral("# nothing before\ntool angle\n"));
+        const Run run = runViewer(QStringLiteral("# nothing before\ntool free-form\n"));
         QCOMPARE(run.exitCode, 1);
-        QVERIFY2(run.errors.contains(QStringLiteral("line 2: tool 'angle' is not available")), qPrintable(run.errors));
+        QVERIFY2(run.errors.contains(QStringLiteral("line 2: tool 'free-form' is not available")), qPrintable(run.errors));
     }
 
     void uncalibratedPictureCannotBeMeasured()
