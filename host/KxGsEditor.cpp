@@ -322,7 +322,8 @@ bool KxGsEditor::pressItem(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick)
 
 void KxGsEditor::startGesture(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick)
 {
-    if (pressItem(anEvent, aDoubleClick))
+    const bool claimed = overrideManipulator && overrideManipulator->claimsPress(anEvent->pos());
+    if (!claimed && pressItem(anEvent, aDoubleClick))
         return;
     if (overrideManipulator) {
         manipulatorHasMouse = true;

@@ -59,20 +59,34 @@ QLineF calcLine(const QPointF& aP1, const QPointF& aP2, double aWidth, double aH
     return QLineF(start, end);
 }
 
-QPointF calcLinesIntersection(const QLineF& aL1, const QLineF& aL2)
+namespace {
+
+// The crossing of calcLinesIntersection(), told apart from a crossing at (0, 0).
+bool linesCross(const QLineF& aL1, const QLineF& aL2, QPointF& aCrossing)
 {
+    aCrossing = QPointF(0.0, 0.0);
     if (aL1.isNull() || aL2.isNull())
-        return QPointF(0.0, 0.0);
+        return false;
     const double x1 = aL1.x1(), y1 = aL1.y1(), x2 = aL1.x2(), y2 = aL1.y2();
     const double x3 = aL2.x1(), y3 = aL2.y1(), x4 = aL2.x2(), y4 = aL2.y2();
     const float d = float((x1 - x2) * (y3 - y4) - (x3 - x4) * (y1 - y2));
     if (qAbs(d) < kParallelTolerance)
-        return QPointF(0.0, 0.0);
+        return false;
     const float a = float(x1 * y2 - y1 * x2);
     const float b = float(x3 * y4 - y3 * x4);
     const float x = float((a * (x3 - x4) - (x1 - x2) * b) / d);
     const float y = float((a * (y3 - y4) - (y1 - y2) * b) / d);
-    return QPointF(x, y);
+    aCrossing = QPointF(x, y);
+    return true;
+}
+
+} // namespace
+
+QPointF calcLinesIntersection(const QLineF& aL1, const QLineF& aL2)
+{
+    QPointF crossing;
+    linesCross(aL1, aL2, crossing);
+    return crossing;
 }
 
 int findCloserPoint(const QPointF& aFrom, const QPointF& aA, const QPointF& aB)
@@ -202,8 +216,9 @@ QPainterPath OvGsAngle::createArc(double& anAngle, QPointF& aLabelAnchor) const
 {
     if (nodes.size() < 4)
         return QPainterPath();
-    const QPointF vertex = calcLinesIntersection(firstLine, secondLine);
-    if (vertex.x() == 0.0 && vertex.y() == 0.0)
+    // A finished angle has its vertex on the item's origin: that is a vertex too.
+    QPointF vertex;
+    if (!linesCross(firstLine, secondLine, vertex))
         return QPainterPath();
 
     double radius = arcRadius;
@@ -265,8 +280,8 @@ void OvGsAngle::setFinalShape()
     prepareGeometryChange();
     reshaping = false;
     creating = false;
-    const QPointF vertex = calcLinesIntersection(firstLine, secondLine);
-    if (vertex.x() == 0.0 && vertex.y() == 0.0) {
+    QPointF vertex;
+    if (!linesCross(firstLine, secondLine, vertex)) {
         update();
         return;
     }
