@@ -61,6 +61,13 @@ QLineF calcLine(const QPointF& aP1, const QPointF& aP2, double aWidth, double aH
 
 namespace {
 
+// Rounds to single precision. Kept out of line: GCC 12's vectoriser drops the
+// rounding of two such conversions computed side by side.
+Q_NEVER_INLINE double singlePrecision(double aValue)
+{
+    return double(float(aValue));
+}
+
 // The crossing of calcLinesIntersection(), told apart from a crossing at (0, 0).
 bool linesCross(const QLineF& aL1, const QLineF& aL2, QPointF& aCrossing)
 {
@@ -74,8 +81,8 @@ bool linesCross(const QLineF& aL1, const QLineF& aL2, QPointF& aCrossing)
         return false;
     const float a = float(x1 * y2 - y1 * x2);
     const float b = float(x3 * y4 - y3 * x4);
-    const float x = float((a * (x3 - x4) - (x1 - x2) * b) / d);
-    const float y = float((a * (y3 - y4) - (y1 - y2) * b) / d);
+    const double x = singlePrecision((a * (x3 - x4) - (x1 - x2) * b) / d);
+    const double y = singlePrecision((a * (y3 - y4) - (y1 - y2) * b) / d);
     aCrossing = QPointF(x, y);
     return true;
 }
