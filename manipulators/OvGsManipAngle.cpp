@@ -40,6 +40,14 @@ OvGsManipFrame::Kind angleKind()
     return kind;
 }
 
+// The label starts above and right of the arc's start, clear of the trash button
+// below and right of node 0; the angle keeps that offset as it changes.
+void liftLabel(OvGsAngle* anAngle)
+{
+    const double gap = anAngle->trashOffset.x();
+    anAngle->setLabelPos(anAngle->getLabelAnchor() + QPointF(gap, -gap - anAngle->getLabelRect().height()));
+}
+
 } // namespace
 
 OvGsManipAngle::OvGsManipAngle(OvToolBase* aToolBase, OvGuiMeasurementTool* aPanel, QUndoStack* anUndoStack)
@@ -120,6 +128,7 @@ void OvGsManipAngle::mousePressEvent(QGraphicsSceneMouseEvent* anEvent)
         angle->setPenStyle(Qt::DashLine, panel->getLineWidth());
         angle->setLabelFontPixSize(panel->getFontSize());
         angle->adjustScale(editor->scale());
+        liftLabel(angle);
         angle->setPos(pos);
         angle->allowTrashVisible(false);
         angle->setNode(0, pos);
@@ -240,6 +249,7 @@ void OvGsManipAngle::objectCreatedInKernel(int aType, int anIdx, const KxKernelO
     angle->setStep(step, stepText);
     angle->setLabelFontPixSize(descr->getValue(keyframes, QStringLiteral("fs")).toInt());
     angle->adjustScale(editor->scale());
+    liftLabel(angle);
     gsObjectMap.insert(anIdx, angle);
     editor->update();
 }
