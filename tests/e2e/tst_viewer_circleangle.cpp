@@ -142,16 +142,6 @@ private Q_SLOTS:
         }
     }
 
-    void angleMenuChoiceIsRemembered()
-    {
-        // The outer-angle choice is written to the settings the next run reads.
-        QFile::remove(dir.filePath(QStringLiteral("settings.ini")));
-        const Run first = runViewer(QStringLiteral("tool outer-angle\ntool none\n"));
-        QVERIFY2(first.exitCode == 0, qPrintable(first.errors));
-        QSettings settings(dir.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
-        QCOMPARE(settings.value(QStringLiteral("Measurement/AngleType")).toInt(), 1);
-        QCOMPARE(settings.value(QStringLiteral("Measurement/RadiusType"), 0).toInt(), 0);
-    }
 };
 
 QTEST_GUILESS_MAIN(tst_ViewerCircleAngle)

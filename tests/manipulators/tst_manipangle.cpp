@@ -218,22 +218,6 @@ private slots:
         QCOMPARE(unit, degrees.isValid() ? QString::fromUtf8("deg(\u00b0)") : QString());
     }
 
-    void kernelChangeMovesTheItem()
-    {
-        h->play(kTwoDrags);
-        const KxKernelObjectDataDescr* descr = h->kernel->getDataDescriptor(kAngleType);
-        KxParamKeyframeVector values = descr->createKeyframeVector();
-        values[3].setValue(QPoint(300, 300));
-        values[1].setValue(QColor(Qt::yellow));
-        h->stack->push(new CmdChangeObject(kAngleType, 1, values, false));
-        QCOMPARE(angleState(1), QStringLiteral("stored 300,300 [50,0 200,0 0,-25 0,-100] Inner angle; "
-                                               "item 300,300 [50,0 200,0 0,-25 0,-100] 90.000 Angle1"));
-        QCOMPARE(item(1)->getColor(), QColor(Qt::yellow));
-        QCOMPARE(h->panel->getColor(), QColor(Qt::yellow));
-        h->stack->undo();
-        QCOMPARE(item(1)->pos(), QPointF(100, 200));
-    }
-
     void undoRedoNodeDrag()
     {
         h->play(kTwoDrags);

@@ -211,9 +211,6 @@ private slots:
         QTest::newRow("halved") << QSize(1280, 960) << QSize(640, 480)
                                 << "stored 70,51 [-20,-0.5 -5,19.5 20,-0.5] Radius; "
                                    "item 70,51 [-20,-0.5 -5,19.5 20,-0.5] r20.01 Circle1";
-        QTest::newRow("same size") << QSize(640, 480) << QSize(640, 480)
-                                   << "stored 140,101 [-40,-1 -10,39 40,-1] Radius; "
-                                      "item 140,101 [-40,-1 -10,39 40,-1] r40.01 Circle1";
     }
 
     void resolutionChange()
@@ -286,22 +283,6 @@ private slots:
         h->play("p125,115 m135,125 r135,125");
         QCOMPARE(storedParam(1, "pos").toPoint(), QPoint(150, 111));
         QCOMPARE(h->storedIndices(), QList<int>{1});
-    }
-
-    void deactivateWhileDrawingDiscardsCircle()
-    {
-        h->play("p100,100 r100,100 h130,140");
-        QPointer<OvGsCircle> drawn = circles->getInProgressCircle();
-        QVERIFY(drawn);
-        QVERIFY(KxGsManipulator::isLocalMagnifier());
-        h->panel->theRadiusButton->setChecked(false);
-        QVERIFY(!circles->getInProgressCircle());
-        QVERIFY(!h->editor->getCurrentObject());
-        QVERIFY(!KxGsManipulator::isLocalMagnifier());
-        QVERIFY(storedIndices().isEmpty());
-        QCOMPARE(h->stack->count(), 0);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(!drawn);
     }
 
     void unitChangeKeepsEachCirclesValueName()

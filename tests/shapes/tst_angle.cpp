@@ -167,16 +167,6 @@ private slots:
         QVERIFY(qAbs(angle->angleValue - 135.0) < 1e-4);
     }
 
-    void setNodeIgnoresGaps()
-    {
-        ShapeScene env;
-        OvGsAngle* angle = placed(new OvGsAngle(nullptr, env.editor, QString()), {{100, 50}, {200, 150}});
-        angle->setNode(3, QPointF(10, 10));
-        angle->setNode(-1, QPointF(10, 10));
-        angle->setNode(4, QPointF(10, 10));
-        QCOMPARE(angle->nodes, QPolygonF(Points{QPointF(0, 0), QPointF(100, 100)}));
-    }
-
     void adjustScale_data() { addZoomRows(); }
     void adjustScale()
     {
