@@ -13,6 +13,9 @@ namespace {
 const double kArcRadius = 40.0;
 const double kAxisTolerance = 0.001;
 const double kParallelTolerance = 0.0001;
+// Crossings further out come from lines parallel in all but rounding; they would
+// overflow whole-pixel positions.
+const double kMaxVertexOffset = 1.0e9;
 
 bool crossesDiagonals(const QPointF& aFrom, const QPointF& aTo, const QRectF& aRect)
 {
@@ -83,6 +86,8 @@ bool linesCross(const QLineF& aL1, const QLineF& aL2, QPointF& aCrossing)
     const float b = float(x3 * y4 - y3 * x4);
     const double x = singlePrecision((a * (x3 - x4) - (x1 - x2) * b) / d);
     const double y = singlePrecision((a * (y3 - y4) - (y1 - y2) * b) / d);
+    if (!(qAbs(x) < kMaxVertexOffset && qAbs(y) < kMaxVertexOffset))
+        return false;
     aCrossing = QPointF(x, y);
     return true;
 }

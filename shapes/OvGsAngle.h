@@ -17,7 +17,8 @@ class QWidget;
 // Points less than 0.001 apart in y (in x) give the horizontal (vertical) line across it.
 QLineF calcLine(const QPointF& aP1, const QPointF& aP2, double aWidth, double aHeight);
 // Where the infinite lines through l1 and l2 cross, each coordinate rounded to single
-// precision. (0, 0) stands for none: a null line or lines parallel within 0.0001.
+// precision. (0, 0) stands for none: a null line, lines parallel within 0.0001, or a
+// crossing 10^9 or more away.
 QPointF calcLinesIntersection(const QLineF& aL1, const QLineF& aL2);
 // 1 when a is strictly nearer to aFrom than b, else 2 (a tie gives 2).
 int findCloserPoint(const QPointF& aFrom, const QPointF& aA, const QPointF& aB);

@@ -82,6 +82,7 @@ private slots:
         QTest::newRow("parallel: none") << QLineF(0, 0, 10, 0) << QLineF(0, 5, 10, 5) << QPointF(0, 0);
         QTest::newRow("nearly parallel: none") << QLineF(0, 0, 100, 0) << QLineF(0, 5, 100, 5.0000005)
                                                << QPointF(0, 0);
+        QTest::newRow("crossing 10^10 away: none") << QLineF(0, 0, 1, 0) << QLineF(0, 1, 1e10, 0) << QPointF(0, 0);
         QTest::newRow("null line: none") << QLineF(3, 3, 3, 3) << QLineF(0, 10, 10, 0) << QPointF(0, 0);
     }
 
