@@ -329,7 +329,11 @@ bool KxGsEditor::isOverrideDrawing() const
 
 void KxGsEditor::startGesture(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick)
 {
-    if (!isOverrideDrawing() && pressItem(anEvent, aDoubleClick))
+    // A drawing gesture keeps every press, and a manipulator may claim a press
+    // over a stored item (a circle-to-circle line starts on a circle).
+    const bool claimed = isOverrideDrawing()
+                         || (overrideManipulator && overrideManipulator->claimsPress(anEvent->pos()));
+    if (!claimed && pressItem(anEvent, aDoubleClick))
         return;
     if (overrideManipulator) {
         manipulatorHasMouse = true;

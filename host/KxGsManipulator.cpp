@@ -425,6 +425,11 @@ void KxGsManipulator::constructDataObject(const QDomElement&, QProgressDialog*)
 {
 }
 
+bool KxGsManipulator::claimsPress(const QPointF&)
+{
+    return false;
+}
+
 QCursor KxGsManipulator::getCursor() const
 {
     return QCursor(Qt::ArrowCursor);

@@ -143,6 +143,10 @@ public:
     virtual void pasteAnimKeyframes(const KxGsObject* anObj, const QPoint& aPos);
     virtual void constructDataObject(const QDomElement& anElement, QProgressDialog* aProgress);
     virtual QCursor getCursor() const;
+    // Asked by the editor, while this is its override manipulator, before a
+    // press goes to the stored measurement under the mouse: true makes the
+    // press this manipulator's. aPos in editor-item coordinates. Base: false.
+    virtual bool claimsPress(const QPointF& aPos);
 
     QUndoStack* getUndoStack() const;
 

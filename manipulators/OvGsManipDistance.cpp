@@ -178,6 +178,11 @@ void OvGsManipDistance::mousePressEvent(QGraphicsSceneMouseEvent* anEvent)
     anEvent->accept();
 }
 
+bool OvGsManipDistance::claimsPress(const QPointF& aPos)
+{
+    return isCircleMode() && (inProgress || findCircleAt(aPos, nullptr));
+}
+
 void OvGsManipDistance::mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent)
 {
     if (!editor->getEditorArea().contains(anEvent->pos())) {

@@ -32,6 +32,9 @@ public:
     void recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce) override;
     // Writes an item's dragged end back to the kernel as one undoable change.
     void gsObjectChangedShape(KxGsObject* anObj) override;
+    // In circle-distance mode a press on a circle, and every press while a line is
+    // drawn, picks circles: it comes here before the circle under it could take it.
+    bool claimsPress(const QPointF& aPos) override;
 
     // Stores the line under way under the next free index and makes it solid.
     // In circle-distance mode the line snaps to the centre of another circle

@@ -1,5 +1,6 @@
 #include "OvGsManipFrame.h"
 
+#include "CmdCreateObject.h"
 #include "KxAppSettings.h"
 #include "KxGsEditor.h"
 #include "KxKernelData.h"
@@ -294,10 +295,11 @@ void OvGsManipFrame::showMagnifierAt(const QPointF& aPos)
         createLocalMagnifier(aPos, magnifierSize, magnifierScale, true, true, getMagnifierHotspot());
 }
 
-void OvGsManipFrame::moveMagnifier(const QPointF& aPos, const QPointF& aScenePos)
+QPointF OvGsManipFrame::moveMagnifier(const QPointF& aPos, const QPointF& aScenePos)
 {
     QPointF pos = aPos;
     updateLocalMagnifier(pos, aScenePos, QSize(-1, -1));
+    return pos;
 }
 
 void OvGsManipFrame::activate()
@@ -337,6 +339,8 @@ void OvGsManipFrame::deactivate()
             editor->setCurrentObject(nullptr, false);
         forgetInProgressItem();
         item->discard();
+        if (!kind.clearsUnitsAfterDiscard)
+            return;
     }
     if (!editor->getCurrentObject()) {
         QList<int> none;
@@ -361,13 +365,26 @@ void OvGsManipFrame::hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent)
 
 void OvGsManipFrame::hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent)
 {
-    hoverMoveInProgress(anEvent);
-    moveMagnifier(anEvent->pos(), anEvent->scenePos());
+    if (kind.magnifierLeadsHover) {
+        pointerMovedInProgress(moveMagnifier(anEvent->pos(), anEvent->scenePos()));
+    } else {
+        hoverMoveInProgress(anEvent);
+        moveMagnifier(anEvent->pos(), anEvent->scenePos());
+    }
     anEvent->accept();
 }
 
 void OvGsManipFrame::hoverMoveInProgress(QGraphicsSceneHoverEvent*)
 {
+}
+
+void OvGsManipFrame::pointerMovedInProgress(const QPointF&)
+{
+}
+
+QString OvGsManipFrame::valueNameOf(const KxGsObject*) const
+{
+    return valueNames.value(0);
 }
 
 void OvGsManipFrame::editGsObject(KxGsObject*, QPoint)
@@ -486,7 +503,7 @@ void OvGsManipFrame::slotUnitChanged(int aUnit)
         if (obj->type() != kind.objectType)
             continue;
         setGsObjectParamValue(obj, QStringLiteral("ut"), QVariant(aUnit));
-        updateDisplayValue(obj, valueNames.value(0), true, true);
+        updateDisplayValue(obj, valueNameOf(obj), true, true);
         if (auto* item = qobject_cast<OvGsObject*>(obj))
             item->ensureLabelVisible();
     }
@@ -664,7 +681,7 @@ KxParamKeyframeVector OvGsManipFrame::createObjectKeyframes(const OvGsObject* an
     const QPointF pos = anItem->pos();
     keyframes[0].setValue(true);
     keyframes[1].setValue(anItem->getColor());
-    keyframes[2].setValue(valueNames.value(0));
+    keyframes[2].setValue(valueNameOf(anItem));
     keyframes[3].setValue(QPoint(qRound(pos.x()), qRound(pos.y())) + getViewOrigin());
     keyframes[4].setValue(false);
     descr->setValue(keyframes, QString::fromLatin1(kind.geometryKey), aGeometry);
@@ -680,6 +697,15 @@ void OvGsManipFrame::pushOwnCommand(QUndoCommand* aCommand)
     blockKernelNotification = true;
     undoStack->push(aCommand);
     blockKernelNotification = wasBlocked;
+}
+
+void OvGsManipFrame::storeNewObject(OvGsObject* anItem, int anIndex, const QVariant& aGeometry)
+{
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    auto* data = new KxKernelObjectData(createObjectKeyframes(anItem, aGeometry), descr->getKeyframeTypes(), false);
+    pushOwnCommand(new CmdCreateObject(kind.objectType, anIndex, data));
+    updateDisplayValue(anItem, valueNameOf(anItem), true, true);
+    changeAnimationGsObject(anItem, kernelData->getMediaInfo().isVideoFile(), false, false);
 }
 
 OvGsManipFrame::Measure OvGsManipFrame::lengthFromPixels(double aPixels) const

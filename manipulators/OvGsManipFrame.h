@@ -8,6 +8,7 @@
 #include <QList>
 #include <QMetaType>
 #include <QPoint>
+#include <QPointF>
 #include <QSize>
 #include <QStringList>
 #include <QVariant>
@@ -71,6 +72,8 @@ public:
         const char* removalSlot = nullptr;       // SLOT(...) it goes to; a kind may declare its own
         bool followsMediaAndTool = true;         // connects new media, app close, guiExpanded, toolActivated
         bool fontChangeEnsuresLabel = true;      // a font size change keeps the label inside the area
+        bool magnifierLeadsHover = false;        // a hover move goes to the magnifier first, see hoverMoveEvent
+        bool clearsUnitsAfterDiscard = true;     // deactivate() offers no units also after discarding an item
     };
 
     // A measured value in micrometres (square micrometres when squared). A
@@ -120,7 +123,9 @@ public:
     void deactivate() override;
     void hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent) override;
     void hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent) override;
-    // hoverMoveInProgress(), then the magnifier follows.
+    // hoverMoveInProgress(), then the magnifier follows. With magnifierLeadsHover the
+    // magnifier moves first and the item under way follows the point it clamped into the
+    // picture, through pointerMovedInProgress().
     void hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent) override;
     // Editing a measurement activates the measurement tool.
     void editGsObject(KxGsObject* anObj, QPoint aPos) override;
@@ -167,6 +172,12 @@ protected:
     // Called by hoverMoveEvent before the magnifier update: the item under way
     // follows the mouse.
     virtual void hoverMoveInProgress(QGraphicsSceneHoverEvent* anEvent);
+    // Called by hoverMoveEvent of a kind with magnifierLeadsHover, after the magnifier
+    // moved: aPos is the hover position clamped into the picture. Default: nothing.
+    virtual void pointerMovedInProgress(const QPointF& aPos);
+    // The value name an item of this kind shows and a new object stores (key frame 2),
+    // also after a unit change. Default: the first value name.
+    virtual QString valueNameOf(const KxGsObject* anItem) const;
 
     // Kernel notifications, not called while the block flag is set (the
     // frame's slots filter them); the kind filters types itself.
@@ -211,13 +222,18 @@ protected:
     int getNextObjectIndex() const;
     // getModifiedTypeName(anIdx) followed by the index.
     QString getItemName(int anIdx) const;
-    // Defaults of a new object drawn as anItem: visible, its colour, the first
-    // value name, its position plus the view origin, not hidden, aGeometry,
+    // Defaults of a new object drawn as anItem: visible, its colour, its
+    // valueNameOf(), its position plus the view origin, not hidden, aGeometry,
     // its width and font size, the panel's current unit.
     KxParamKeyframeVector createObjectKeyframes(const OvGsObject* anItem, const QVariant& aGeometry) const;
     // Pushes a command of this manipulator with the block flag set, so that
     // the notifications it causes are not handled again.
     void pushOwnCommand(QUndoCommand* aCommand);
+    // Stores anItem, already in the graphics-object map under anIndex, as a new
+    // object (createObjectKeyframes() with aGeometry) through one undoable
+    // command; its label then shows the stored value under valueNameOf(anItem),
+    // which later label refreshes keep. Animated on video media.
+    void storeNewObject(OvGsObject* anItem, int anIndex, const QVariant& aGeometry);
     // A length in pixels in micrometres by the current calibration; invalid
     // when uncalibrated.
     Measure lengthFromPixels(double aPixels) const;
@@ -228,7 +244,8 @@ protected:
     // Shows the magnifier at aPos (editor item coordinates), creating it when
     // none exists.
     void showMagnifierAt(const QPointF& aPos);
-    void moveMagnifier(const QPointF& aPos, const QPointF& aScenePos);
+    // Returns aPos clamped into the picture, as the magnifier shows it.
+    QPointF moveMagnifier(const QPointF& aPos, const QPointF& aScenePos);
 
     const Kind kind;
 

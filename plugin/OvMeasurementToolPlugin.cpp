@@ -12,6 +12,8 @@
 #include "OvDeviceSetManager.h"
 #include "OvGuiMainWindowBase.h"
 #include "OvGuiMeasurementTool.h"
+#include "OvGsManipAngle.h"
+#include "OvGsManipCircle.h"
 #include "OvGsManipDistance.h"
 #include "OvGsManipFreeForm.h"
 #include "OvGsManipFreeLine.h"
@@ -77,6 +79,8 @@ bool OvMeasurementToolPlugin::addFeatures(const QString& aFeatureName, QMainWind
     manipulators[0] = new OvGsManipDistance(tool, panel, anUndoStack);
     manipulators[1] = new OvGsManipFreeForm(tool, panel, anUndoStack);
     manipulators[2] = new OvGsManipFreeLine(tool, panel, anUndoStack);
+    manipulators[5] = new OvGsManipCircle(tool, panel, anUndoStack);
+    manipulators[6] = new OvGsManipAngle(tool, panel, anUndoStack);
 
     connect(tool, SIGNAL(toolActivated(bool)), this, SLOT(slotToolActivated(bool)));
     connect(devices, SIGNAL(signalCameraStatePermanentlyChanged(int)), this,

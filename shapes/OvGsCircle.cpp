@@ -193,6 +193,23 @@ void OvGsCircle::recalcGeometry()
     update();
 }
 
+void OvGsCircle::setCentredNodes(const QVector<QPointF>& aNodes)
+{
+    prepareGeometryChange();
+    const QPointF labelOffset = getLabelPos() - (nodes.isEmpty() ? QPointF(0.0, 0.0) : nodes.at(0));
+    nodes = aNodes.mid(0, 3);
+    radius = 0.0;
+    if (!nodes.isEmpty()) {
+        const QPointF& first = nodes.at(0);
+        radius = qSqrt(QPointF::dotProduct(first, first));
+        setTrashPos(first + trashOffset);
+        setLabelAnchor(first);
+        setLabelPos(first + labelOffset);
+        ensureLabelVisible();
+    }
+    update();
+}
+
 bool OvGsCircle::isPointOnNode(const QPointF& aPoint, int& anIndex, int aTol) const
 {
     anIndex = -1;

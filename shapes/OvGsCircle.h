@@ -42,6 +42,10 @@ public:
     // was when the nodes give no usable centre (collinear, a chord within one unit of
     // vertical or horizontal).
     void recalcGeometry();
+    // Nodes already relative to the centre (stored geometry), taken as they are without a
+    // new fit; at most three are used. A fit can fail where the stored circle is sound
+    // (a diameter drawn along an axis), so items rebuilt from the store use this.
+    void setCentredNodes(const QVector<QPointF>& aNodes);
     // aPoint in item coordinates; anIndex gets the first node hit, -1 when none.
     bool isPointOnNode(const QPointF& aPoint, int& anIndex, int aTol) const;
 

@@ -124,6 +124,7 @@ void OvGsHandleShape::manipMouseReleaseEvent(QMouseEvent* anEvent)
     }
     if (moving || reshaping) {
         if (reshaping) {
+            reshapeFinished();
             if (KxGsManipulator* receiver = reshapeReceiver())
                 receiver->gsObjectChangedShape(this);
         }
@@ -138,6 +139,10 @@ void OvGsHandleShape::translateBy(const QPointF& aDelta)
 {
     setPos(pos() + aDelta);
     ensureLabelVisible();
+}
+
+void OvGsHandleShape::reshapeFinished()
+{
 }
 
 void OvGsHandleShape::gestureReleased()

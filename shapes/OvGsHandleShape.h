@@ -77,6 +77,9 @@ protected:
     // moving, and from moveObjectBy(). Default: shifts pos() and keeps the label inside
     // the editor's area.
     virtual void translateBy(const QPointF& aDelta);
+    // Called on a release that ends a handle drag, before the reshape is reported: the
+    // shape may normalise its geometry first. Default: nothing.
+    virtual void reshapeFinished();
     // Called last on every release the base did not take, whether or not a gesture ran;
     // both flags are already cleared and a reshape already reported. Default: nothing.
     virtual void gestureReleased();

@@ -131,11 +131,11 @@ private Q_SLOTS:
         QVERIFY2(run.errors.contains(QStringLiteral("line 3: unknown command 'stretch'")), qPrintable(run.errors));
     }
 
-    void toolsNotBuiltAreRefused()
+    void unknownToolIsRefused()
     {
-        const Run run = runViewer(QStringLiteral("# nothing before\ntool angle\n"));
+        const Run run = runViewer(QStringLiteral("# nothing before\ntool ruler\n"));
         QCOMPARE(run.exitCode, 1);
-        QVERIFY2(run.errors.contains(QStringLiteral("line 2: tool 'angle' is not available")), qPrintable(run.errors));
+        QVERIFY2(run.errors.contains(QStringLiteral("line 2: unknown tool 'ruler'")), qPrintable(run.errors));
     }
 
     void uncalibratedPictureCannotBeMeasured()

@@ -2,6 +2,7 @@
 // interface identifier, asked for its features and then following the host's
 // notifications with its tool entry.
 #include "KxGsEditor.h"
+#include "KxGsManipulator.h"
 #include "KxKernelData.h"
 #include "KxMediaInfo.h"
 #include "KxPluginInterface.h"
@@ -138,6 +139,12 @@ private Q_SLOTS:
         QVERIFY(window->findChild<QToolButton*>(QStringLiteral("theDistanceButton")));
         // The distance manipulator registered its object type.
         QVERIFY(KxKernelData::getInstance()->getManipulator(66653));
+        // The circle and the angle on their own buttons.
+        for (int type : { 66656, 66651 }) {
+            KxGsManipulator* manipulator = KxKernelData::getInstance()->getManipulator(type);
+            QVERIFY(manipulator);
+            QCOMPARE(manipulator->getObjectType(), type);
+        }
     }
 
     void init()
@@ -312,12 +319,23 @@ private Q_SLOTS:
         tool()->setEnabled(true, false);
     }
 
+    void deactivatingTheToolRestoresTheDefaultManipulator_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<int>("type");
+        QTest::newRow("distance") << "theDistanceButton" << 66653;
+        QTest::newRow("circle") << "theRadiusButton" << 66656;
+        QTest::newRow("angle, the last manipulator") << "theAngleButton" << 66651;
+    }
+
     void deactivatingTheToolRestoresTheDefaultManipulator()
     {
+        QFETCH(QString, button);
+        QFETCH(int, type);
         tool()->slotActivate(true);
-        auto* button = window->findChild<QToolButton*>(QStringLiteral("theDistanceButton"));
-        button->setChecked(true);
+        window->findChild<QToolButton*>(button)->setChecked(true);
         QVERIFY(KxGsEditor::getInstance()->getOverrideManipulator());
+        QCOMPARE(KxGsEditor::getInstance()->getOverrideManipulator()->getObjectType(), type);
         tool()->slotActivate(false);
         QVERIFY(!KxGsEditor::getInstance()->getOverrideManipulator());
     }

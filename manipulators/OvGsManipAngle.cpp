@@ -1,0 +1,328 @@
+#include "OvGsManipAngle.h"
+
+#include "CmdChangeObject.h"
+#include "KxGsEditor.h"
+#include "KxKernelData.h"
+#include "KxKernelObjectData.h"
+#include "KxKernelObjectDataDescr.h"
+#include "OvGsAngle.h"
+#include "OvGuiMeasurementTool.h"
+
+#include <QGraphicsSceneMouseEvent>
+#include <QLineF>
+#include <QPolygonF>
+
+namespace {
+
+const int kAngleType = 66651;
+// The shortest line that can be fixed.
+const double kMinLineLength = 10.0;
+
+OvGsManipFrame::Kind angleKind()
+{
+    OvGsManipFrame::Kind kind;
+    kind.context = "OvGsManipAngle";
+    kind.objectType = kAngleType;
+    kind.typeName = QT_TRANSLATE_NOOP("OvGsManipAngle", "Angle");
+    kind.valueNames = { QT_TRANSLATE_NOOP("OvGsManipAngle", "Inner angle"),
+                        QT_TRANSLATE_NOOP("OvGsManipAngle", "Outer angle") };
+    kind.geometryKey = "nodes";
+    kind.geometryType = QMetaType::QPolygonF;
+    kind.drawButton = OvGsManipFrame::AngleButton;
+    kind.freehandTypes = OvGsManipFrame::kAnyFreehandType;
+    kind.drawButtonSlot = SLOT(slotDrawButtonToggled(bool));
+    kind.units = { OvGuiMeasurementTool::UnitDeg };
+    // An angle whose object leaves the store (undo of its creation, a delete) leaves
+    // the picture as every other kind does.
+    kind.removalSignal = SIGNAL(signalObjectRemoved(const int, const int));
+    kind.removalSlot = SLOT(slotObjectRemovedInKernel(const int, const int));
+    kind.magnifierLeadsHover = true;
+    return kind;
+}
+
+// The label starts above and right of the arc's start, clear of the trash button
+// below and right of node 0; the angle keeps that offset as it changes.
+void liftLabel(OvGsAngle* anAngle)
+{
+    const double gap = anAngle->trashOffset.x();
+    anAngle->setLabelPos(anAngle->getLabelAnchor() + QPointF(gap, -gap - anAngle->getLabelRect().height()));
+}
+
+} // namespace
+
+OvGsManipAngle::OvGsManipAngle(OvToolBase* aToolBase, OvGuiMeasurementTool* aPanel, QUndoStack* anUndoStack)
+    : OvGsManipFrame(aToolBase, aPanel, anUndoStack, angleKind())
+    , activeNode(-1)
+{
+    initFrame();
+}
+
+OvGsManipAngle::~OvGsManipAngle() = default;
+
+QString OvGsManipAngle::getCalculatedValueAsString(const QString& aName, const KxGsObject* anObj)
+{
+    return KxGsManipulator::getCalculatedValueAsString(aName, anObj);
+}
+
+QString OvGsManipAngle::getCalculatedValueAsString(const QString& aName, const KxKernelObjectData* aData)
+{
+    return KxGsManipulator::getCalculatedValueAsString(aName, aData);
+}
+
+OvGsAngle* OvGsManipAngle::getInProgressAngle() const
+{
+    return inProgress;
+}
+
+int OvGsManipAngle::getActiveNode() const
+{
+    return activeNode;
+}
+
+KxGsObject* OvGsManipAngle::getInProgressItem() const
+{
+    return inProgress;
+}
+
+void OvGsManipAngle::forgetInProgressItem()
+{
+    inProgress = nullptr;
+    activeNode = -1;
+}
+
+QString OvGsManipAngle::valueNameOf(const KxGsObject* anItem) const
+{
+    const bool inner = !anItem || anItem->type() != kAngleType || static_cast<const OvGsAngle*>(anItem)->innerAngle;
+    return valueNames.value(inner ? 0 : 1);
+}
+
+bool OvGsManipAngle::fixActiveNode(const QPointF& aPos)
+{
+    OvGsAngle* angle = inProgress;
+    if ((activeNode == 1 || activeNode == 3)
+        && QLineF(angle->nodes.at(activeNode - 1) + angle->pos(), aPos).length() < kMinLineLength)
+        return false;
+    angle->setNode(activeNode, aPos);
+    activeNode = -1;
+    return true;
+}
+
+void OvGsManipAngle::mousePressEvent(QGraphicsSceneMouseEvent* anEvent)
+{
+    if (anEvent->button() != Qt::LeftButton) {
+        anEvent->ignore();
+        return;
+    }
+    anEvent->accept();
+    const QPointF pos = anEvent->pos();
+    OvGsAngle* angle = inProgress;
+    if (!angle) {
+        OvGuiMeasurementTool* panel = getPanel();
+        angle = new OvGsAngle(this, editor, QString());
+        inProgress = angle;
+        angle->setName(getObjectTypeName(0));
+        angle->startCreationMode(panel->innerAngleMode);
+        angle->setLabelVisible(true);
+        angle->ensureLabelVisible();
+        angle->setColor(panel->getColor());
+        angle->setPenStyle(Qt::DashLine, panel->getLineWidth());
+        angle->setLabelFontPixSize(panel->getFontSize());
+        angle->adjustScale(editor->scale());
+        liftLabel(angle);
+        angle->setPos(pos);
+        angle->allowTrashVisible(false);
+        angle->setNode(0, pos);
+        angle->setNode(1, pos);
+        activeNode = 1;
+        editor->setCurrentObject(angle, false);
+        if (!isLocalMagnifier())
+            showMagnifierAt(pos);
+        return;
+    }
+    if (activeNode < 0) {
+        if (angle->nodes.size() == 2) {
+            angle->setNode(2, pos);
+            angle->setNode(3, pos);
+            activeNode = 3;
+        }
+        return;
+    }
+    if (fixActiveNode(pos) && angle->nodes.size() == 4) {
+        finalizeAngle();
+        if (isLocalMagnifier())
+            removeLocalMagnifier();
+    }
+}
+
+void OvGsManipAngle::mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent)
+{
+    anEvent->accept();
+    if (!inProgress || activeNode < 0 || anEvent->button() != Qt::LeftButton)
+        return;
+    if (fixActiveNode(anEvent->pos()) && inProgress->nodes.size() == 4)
+        finalizeAngle();
+}
+
+void OvGsManipAngle::mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent)
+{
+    mouseMove(moveMagnifier(anEvent->pos(), anEvent->scenePos()));
+    anEvent->accept();
+}
+
+void OvGsManipAngle::pointerMovedInProgress(const QPointF& aPos)
+{
+    mouseMove(aPos);
+}
+
+void OvGsManipAngle::mouseMove(const QPointF& aPos)
+{
+    OvGsAngle* angle = inProgress;
+    if (!angle)
+        return;
+    if (activeNode >= 0)
+        angle->setNode(activeNode, aPos);
+    updateDisplayValue(angle, valueNameOf(angle), false, true);
+    angle->ensureLabelVisible();
+}
+
+void OvGsManipAngle::finalizeAngle()
+{
+    OvGsAngle* angle = inProgress;
+    if (!angle)
+        return;
+    angle->setFinalShape();
+    angle->setPenStyle(Qt::SolidLine, getPanel()->getLineWidth());
+    const int index = getNextObjectIndex();
+    gsObjectMap.insert(index, angle);
+    angle->allowTrashVisible(true);
+    angle->setName(getItemName(index));
+    storeNewObject(angle, index, angle->nodes);
+    inProgress = nullptr;
+    activeNode = -1;
+}
+
+void OvGsManipAngle::gsObjectChangedShape(KxGsObject* anObj)
+{
+    if (!anObj || anObj->type() != kAngleType)
+        return;
+    const int index = gsObjectMap.key(anObj, -1);
+    if (index < 0)
+        return;
+    auto* angle = static_cast<OvGsAngle*>(anObj);
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    KxParamKeyframeVector keyframes = descr->createKeyframeVector();
+    const QPointF pos = angle->pos();
+    keyframes[3].setValue(QPoint(qRound(pos.x()), qRound(pos.y())) + getViewOrigin());
+    descr->setValue(keyframes, QStringLiteral("nodes"), angle->nodes);
+    const KxKernelObjectData* data = kernelData->getObject(kAngleType, index);
+    if (data && data->animated)
+        keyframes.setFrameNumber(kernelData->getCurrentFrame());
+    pushOwnCommand(new CmdChangeObject(kAngleType, index, keyframes, false));
+    // The change notification was blocked: the label still shows the old angle.
+    updateDisplayValue(angle, getValueNameToDisplay(angle), true, true);
+}
+
+void OvGsManipAngle::applyGeometry(OvGsAngle* anAngle, const KxParamKeyframeVector& aKeyframes,
+                                   const QPoint& anOrigin)
+{
+    // The position first: the lines are clipped to the picture around it.
+    anAngle->setPos(keyframeValue(aKeyframes, 3).toPointF() - anOrigin);
+    anAngle->setAllNodes(getDescriptor()->getValue(aKeyframes, QStringLiteral("nodes")).value<QPolygonF>());
+}
+
+void OvGsManipAngle::objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
+{
+    if (aType != kAngleType || !aData || gsObjectMap.contains(anIdx))
+        return;
+    const KxParamKeyframeVector keyframes = aData->getDefaultKeyframes();
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    QString stepText;
+    const double step = getCalibrationStep(stepText);
+
+    auto* angle = new OvGsAngle(this, editor, QString());
+    angle->setName(getItemName(anIdx));
+    angle->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
+    angle->setVisible(keyframeValue(keyframes, 0).toBool());
+    angle->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
+    applyGeometry(angle, keyframes, getViewOrigin());
+    angle->setPenStyle(Qt::SolidLine, descr->getValue(keyframes, QStringLiteral("w")).toInt());
+    angle->setStep(step, stepText);
+    angle->setLabelFontPixSize(descr->getValue(keyframes, QStringLiteral("fs")).toInt());
+    angle->adjustScale(editor->scale());
+    liftLabel(angle);
+    gsObjectMap.insert(anIdx, angle);
+    editor->update();
+}
+
+void OvGsManipAngle::objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
+{
+    if (aType != kAngleType || !aData)
+        return;
+    KxGsObject* obj = gsObjectMap.value(anIdx);
+    if (!obj)
+        return;
+    auto* angle = static_cast<OvGsAngle*>(obj);
+    const KxParamKeyframeVector keyframes = aData->getKeyframesAt(kernelData->getCurrentFrame());
+    applyGeometry(angle, keyframes, getViewOrigin());
+    angle->setVisible(keyframeValue(keyframes, 0).toBool());
+    angle->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
+    angle->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
+    updateDisplayValue(angle, keyframeValue(keyframes, 2).toString(), true, true);
+    angle->ensureLabelVisible();
+    if (editor->getCurrentObject() == angle)
+        updateGuiFromObjectData(aData);
+    editor->update();
+}
+
+void OvGsManipAngle::recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce)
+{
+    const QMap<int, KxKernelObjectData*> objects = kernelData->getObjectsOfType(kAngleType);
+    for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
+        if (!it.value()->animated && !aForce)
+            continue;
+        KxGsObject* obj = gsObjectMap.value(it.key());
+        if (!obj)
+            continue;
+        auto* angle = static_cast<OvGsAngle*>(obj);
+        const KxParamKeyframeVector keyframes = it.value()->getKeyframesAt(aFrame);
+        applyGeometry(angle, keyframes, anOrigin);
+        updateDisplayValue(angle, keyframeValue(keyframes, 2).toString(), true, true);
+        angle->ensureLabelVisible();
+    }
+    editor->update();
+}
+
+OvGsManipFrame::Measure OvGsManipAngle::measureItem(const QString&, const KxGsObject* anItem) const
+{
+    Measure measure;
+    measure.valid = true;
+    measure.value = static_cast<const OvGsAngle*>(anItem)->angleValue;
+    measure.unit = OvGuiMeasurementTool::UnitDeg;
+    return measure;
+}
+
+OvGsManipFrame::Measure OvGsManipAngle::measureKeyframes(const QString& aName,
+                                                         const KxParamKeyframeVector& aKeyframes) const
+{
+    const QVariant stored = getDescriptor()->getValue(aKeyframes, QStringLiteral("nodes"));
+    const QPolygonF nodes = stored.canConvert<QPolygonF>() ? stored.value<QPolygonF>() : QPolygonF();
+    if (nodes.size() != 4)
+        return Measure();
+    const QPointF& a = nodes.at(0);
+    const QPointF& b = nodes.at(1);
+    const QPointF& c = nodes.at(2);
+    const QPointF& d = nodes.at(3);
+    const QLineF first(a, b);
+    const QLineF second(c, d);
+    // The sign of the cross product tells from which arm the counter-clockwise
+    // sweep on screen is the inner angle.
+    const double cross = (d.y() - c.y()) * (b.x() - a.x()) - (d.x() - c.x()) * (b.y() - a.y());
+    double degrees = cross < 0.0 ? first.angleTo(second) : second.angleTo(first);
+    if (aName == valueNames.value(1))
+        degrees = 360.0 - degrees;
+    Measure measure;
+    measure.valid = true;
+    measure.value = degrees;
+    measure.unit = OvGuiMeasurementTool::UnitDeg;
+    return measure;
+}

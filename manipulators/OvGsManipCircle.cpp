@@ -1,0 +1,283 @@
+#include "OvGsManipCircle.h"
+
+#include "CmdChangeObject.h"
+#include "KxGsEditor.h"
+#include "KxKernelData.h"
+#include "KxKernelObjectData.h"
+#include "KxKernelObjectDataDescr.h"
+#include "OvGsCircle.h"
+#include "OvGuiMeasurementTool.h"
+
+#include <QGraphicsSceneMouseEvent>
+#include <QPolygonF>
+#include <QtMath>
+
+namespace {
+
+const int kCircleType = 66656;
+// A release must leave this box around the press that placed the last node.
+const double kClickBox = 10.0;
+
+OvGsManipFrame::Kind circleKind()
+{
+    OvGsManipFrame::Kind kind;
+    kind.context = "OvGsManipCircle";
+    kind.objectType = kCircleType;
+    kind.typeName = QT_TRANSLATE_NOOP("OvGsManipCircle", "Circle");
+    kind.valueNames = { QT_TRANSLATE_NOOP("OvGsManipCircle", "Radius"),
+                        QT_TRANSLATE_NOOP("OvGsManipCircle", "Diameter") };
+    kind.geometryKey = "nodes";
+    kind.geometryType = QMetaType::QPolygonF;
+    kind.drawButton = OvGsManipFrame::RadiusButton;
+    kind.freehandTypes = OvGsManipFrame::kAnyFreehandType;
+    kind.drawButtonSlot = SLOT(slotDrawButtonToggled(bool));
+    kind.units = { 0, 1, 2, 5, 3, 4, 6, 7, 8 };
+    kind.removalSignal = SIGNAL(signalObjectRemoved(const int, const int));
+    kind.removalSlot = SLOT(slotObjectRemovedInKernel(const int, const int));
+    kind.fontChangeEnsuresLabel = false;
+    kind.magnifierLeadsHover = true;
+    kind.clearsUnitsAfterDiscard = false;
+    return kind;
+}
+
+QPointF rounded(const QPointF& aPoint)
+{
+    return QPointF(qRound(aPoint.x()), qRound(aPoint.y()));
+}
+
+bool leftBox(const QPointF& aPoint, const QPointF& aFrom)
+{
+    return qAbs(aPoint.x() - aFrom.x()) >= kClickBox || qAbs(aPoint.y() - aFrom.y()) >= kClickBox;
+}
+
+} // namespace
+
+OvGsManipCircle::OvGsManipCircle(OvToolBase* aToolBase, OvGuiMeasurementTool* aPanel, QUndoStack* anUndoStack)
+    : OvGsManipFrame(aToolBase, aPanel, anUndoStack, circleKind())
+{
+    initFrame();
+}
+
+OvGsManipCircle::~OvGsManipCircle() = default;
+
+OvGsCircle* OvGsManipCircle::getInProgressCircle() const
+{
+    return inProgress;
+}
+
+KxGsObject* OvGsManipCircle::getInProgressItem() const
+{
+    return inProgress;
+}
+
+void OvGsManipCircle::forgetInProgressItem()
+{
+    inProgress = nullptr;
+}
+
+QString OvGsManipCircle::valueNameOf(const KxGsObject* anItem) const
+{
+    const bool radius = !anItem || anItem->type() != kCircleType || static_cast<const OvGsCircle*>(anItem)->radiusMode;
+    return valueNames.value(radius ? 0 : 1);
+}
+
+void OvGsManipCircle::mousePressEvent(QGraphicsSceneMouseEvent* anEvent)
+{
+    if (anEvent->button() != Qt::LeftButton) {
+        anEvent->ignore();
+        return;
+    }
+    anEvent->accept();
+    const QPointF pos = anEvent->pos();
+    if (!inProgress) {
+        startPoint = pos;
+        lastPressPoint = pos;
+        QString stepText;
+        const double step = getCalibrationStep(stepText);
+        OvGuiMeasurementTool* panel = getPanel();
+        auto* circle = new OvGsCircle(this, editor, QString(), panel->radiusMode);
+        inProgress = circle;
+        circle->setName(getObjectTypeName(0));
+        circle->setLabelVisible(true);
+        circle->setColor(panel->getColor());
+        circle->setPenStyle(Qt::DashLine, panel->getLineWidth());
+        circle->setLabelFontPixSize(panel->getFontSize());
+        circle->setStep(step, stepText);
+        circle->adjustScale(editor->scale());
+        circle->setPos(rounded(startPoint));
+        circle->setNode(0, rounded(startPoint));
+        circle->setNode(1, rounded(lastPressPoint));
+        circle->ensureLabelVisible();
+        circle->allowTrashVisible(false);
+        editor->setCurrentObject(circle, false);
+        if (!isLocalMagnifier())
+            showMagnifierAt(pos);
+        return;
+    }
+    if (inProgress->nodes.size() == 2) {
+        inProgress->setNode(2, rounded(pos));
+        lastPressPoint = pos;
+    } else if (inProgress->nodes.size() == 3) {
+        if (isLocalMagnifier())
+            removeLocalMagnifier();
+        finalizeCircle();
+    }
+}
+
+void OvGsManipCircle::mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent)
+{
+    anEvent->accept();
+    if (!inProgress || anEvent->button() != Qt::LeftButton)
+        return;
+    const QPointF pos = anEvent->pos();
+    if (inProgress->nodes.size() == 2) {
+        if (leftBox(pos, startPoint)) {
+            inProgress->setNode(2, rounded(pos));
+            lastPressPoint = pos;
+        }
+    } else if (inProgress->nodes.size() == 3 && leftBox(pos, lastPressPoint)) {
+        if (isLocalMagnifier())
+            removeLocalMagnifier();
+        finalizeCircle();
+    }
+}
+
+void OvGsManipCircle::mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent)
+{
+    mouseMove(moveMagnifier(anEvent->pos(), anEvent->scenePos()));
+    anEvent->accept();
+}
+
+void OvGsManipCircle::pointerMovedInProgress(const QPointF& aPos)
+{
+    mouseMove(aPos);
+}
+
+void OvGsManipCircle::mouseMove(const QPointF& aPos)
+{
+    OvGsCircle* circle = inProgress;
+    if (!circle)
+        return;
+    if (circle->nodes.size() >= 2)
+        circle->setNode(circle->nodes.size() - 1, rounded(aPos));
+    updateDisplayValue(circle, valueNameOf(circle), false, true);
+    circle->ensureLabelVisible();
+}
+
+void OvGsManipCircle::finalizeCircle()
+{
+    OvGsCircle* circle = inProgress;
+    if (!circle)
+        return;
+    circle->setPenStyle(Qt::SolidLine, getPanel()->getLineWidth());
+    const int index = getNextObjectIndex();
+    gsObjectMap.insert(index, circle);
+    circle->allowTrashVisible(true);
+    circle->setName(getItemName(index));
+    storeNewObject(circle, index, QPolygonF(circle->nodes));
+    inProgress = nullptr;
+}
+
+void OvGsManipCircle::gsObjectChangedShape(KxGsObject* anObj)
+{
+    if (!anObj || anObj->type() != kCircleType)
+        return;
+    const int index = gsObjectMap.key(anObj, -1);
+    if (index < 0)
+        return;
+    auto* circle = static_cast<OvGsCircle*>(anObj);
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    KxParamKeyframeVector keyframes = descr->createKeyframeVector();
+    const QPointF pos = circle->pos();
+    keyframes[3].setValue(QPoint(qRound(pos.x()), qRound(pos.y())) + getViewOrigin());
+    descr->setValue(keyframes, QStringLiteral("nodes"), QPolygonF(circle->nodes));
+    const KxKernelObjectData* data = kernelData->getObject(kCircleType, index);
+    if (data && data->animated)
+        keyframes.setFrameNumber(kernelData->getCurrentFrame());
+    pushOwnCommand(new CmdChangeObject(kCircleType, index, keyframes, false));
+    // The change notification was blocked: the label still shows the old value.
+    updateDisplayValue(circle, getValueNameToDisplay(circle), true, true);
+}
+
+void OvGsManipCircle::applyGeometry(OvGsCircle* aCircle, const KxParamKeyframeVector& aKeyframes,
+                                    const QPoint& anOrigin)
+{
+    const QPolygonF nodes = getDescriptor()->getValue(aKeyframes, QStringLiteral("nodes")).value<QPolygonF>();
+    aCircle->setPos(keyframeValue(aKeyframes, 3).toPointF() - anOrigin);
+    aCircle->setCentredNodes(nodes);
+}
+
+void OvGsManipCircle::objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
+{
+    if (aType != kCircleType || !aData || gsObjectMap.contains(anIdx))
+        return;
+    const KxParamKeyframeVector keyframes = aData->getDefaultKeyframes();
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    const bool radiusMode = keyframeValue(keyframes, 2).toString() == valueNames.value(0);
+
+    auto* circle = new OvGsCircle(this, editor, QString(), radiusMode);
+    circle->setName(getItemName(anIdx));
+    circle->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
+    applyGeometry(circle, keyframes, getViewOrigin());
+    circle->setPenStyle(Qt::SolidLine, descr->getValue(keyframes, QStringLiteral("w")).toInt());
+    circle->setLabelFontPixSize(descr->getValue(keyframes, QStringLiteral("fs")).toInt());
+    circle->adjustScale(editor->scale());
+    circle->setVisible(keyframeValue(keyframes, 0).toBool());
+    circle->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
+    gsObjectMap.insert(anIdx, circle);
+    editor->update();
+}
+
+void OvGsManipCircle::objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
+{
+    if (aType != kCircleType || !aData)
+        return;
+    KxGsObject* obj = gsObjectMap.value(anIdx);
+    if (!obj)
+        return;
+    auto* circle = static_cast<OvGsCircle*>(obj);
+    const KxParamKeyframeVector keyframes = aData->getKeyframesAt(kernelData->getCurrentFrame());
+    applyGeometry(circle, keyframes, getViewOrigin());
+    circle->setVisible(keyframeValue(keyframes, 0).toBool());
+    circle->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
+    circle->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
+    updateDisplayValue(circle, keyframeValue(keyframes, 2).toString(), true, true);
+    circle->ensureLabelVisible();
+    if (editor->getCurrentObject() == circle)
+        updateGuiFromObjectData(aData);
+    editor->update();
+}
+
+void OvGsManipCircle::recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce)
+{
+    const QMap<int, KxKernelObjectData*> objects = kernelData->getObjectsOfType(kCircleType);
+    for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
+        if (!it.value()->animated && !aForce)
+            continue;
+        KxGsObject* obj = gsObjectMap.value(it.key());
+        if (!obj)
+            continue;
+        auto* circle = static_cast<OvGsCircle*>(obj);
+        const KxParamKeyframeVector keyframes = it.value()->getKeyframesAt(aFrame);
+        applyGeometry(circle, keyframes, anOrigin);
+        updateDisplayValue(circle, keyframeValue(keyframes, 2).toString(), true, true);
+        circle->ensureLabelVisible();
+    }
+    editor->update();
+}
+
+OvGsManipFrame::Measure OvGsManipCircle::measureItem(const QString& aName, const KxGsObject* anItem) const
+{
+    const double radius = static_cast<const OvGsCircle*>(anItem)->radius;
+    return lengthFromPixels(aName == valueNames.value(1) ? 2.0 * radius : radius);
+}
+
+OvGsManipFrame::Measure OvGsManipCircle::measureKeyframes(const QString& aName,
+                                                          const KxParamKeyframeVector& aKeyframes) const
+{
+    const QPolygonF nodes = getDescriptor()->getValue(aKeyframes, QStringLiteral("nodes")).value<QPolygonF>();
+    if (nodes.isEmpty())
+        return Measure();
+    const double radius = qSqrt(QPointF::dotProduct(nodes.first(), nodes.first()));
+    return lengthFromPixels(aName == valueNames.value(1) ? 2.0 * radius : radius);
+}
