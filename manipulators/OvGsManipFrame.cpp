@@ -588,7 +588,12 @@ void OvGsManipFrame::rescaleDefaultKeyframes(QSize anOld, QSize aNew)
         descr->setValue(keyframes, geometryKey, scaleGeometry(descr->getValue(keyframes, geometryKey), factor));
         data->update(keyframes);
     }
+    rescaleItems(factor);
     recreateGraphicsObjects(getViewOrigin(), -1, true);
+}
+
+void OvGsManipFrame::rescaleItems(double)
+{
 }
 
 QVariant OvGsManipFrame::scaleGeometry(const QVariant& aGeometry, double aFactor) const

@@ -13,6 +13,8 @@
 #include "OvGuiMainWindowBase.h"
 #include "OvGuiMeasurementTool.h"
 #include "OvGsManipDistance.h"
+#include "OvGsManipMultiply.h"
+#include "OvGsManipParalell.h"
 #include "OvToolBase.h"
 
 #include <QEvent>
@@ -73,6 +75,8 @@ bool OvMeasurementToolPlugin::addFeatures(const QString& aFeatureName, QMainWind
 
     // Creation order is registration order with the kernel store.
     manipulators[0] = new OvGsManipDistance(tool, panel, anUndoStack);
+    manipulators[3] = new OvGsManipMultiply(tool, panel, anUndoStack);
+    manipulators[4] = new OvGsManipParalell(tool, panel, anUndoStack);
 
     connect(tool, SIGNAL(toolActivated(bool)), this, SLOT(slotToolActivated(bool)));
     connect(devices, SIGNAL(signalCameraStatePermanentlyChanged(int)), this,
