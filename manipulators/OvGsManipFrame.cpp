@@ -398,6 +398,15 @@ bool OvGsManipFrame::ownsDrawButton() const
     return variant >= 0 && variant < 32 && (kind.freehandTypes & (1u << variant)) != 0;
 }
 
+void OvGsManipFrame::clearCurrentObjectKeepingTool()
+{
+    QToolButton* button = getDrawButton();
+    const QSignalBlocker blocker(button);
+    const bool wasChecked = button->isChecked();
+    editor->setCurrentObject(nullptr, false);
+    button->setChecked(wasChecked);
+}
+
 void OvGsManipFrame::drawButtonToggled(bool aChecked)
 {
     if (!ownsDrawButton())

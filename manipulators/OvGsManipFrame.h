@@ -196,6 +196,10 @@ protected:
     QToolButton* getDrawButton() const;
     // The draw button is this kind's under the panel's current free-hand variant.
     bool ownsDrawButton() const;
+    // Leaves the editor without a current object while this tool stays the
+    // active one: the panel unchecks every draw button when nothing is
+    // current, which would otherwise end the tool.
+    void clearCurrentObjectKeepingTool();
 
     KxKernelObjectDataDescr* getDescriptor() const;
     // The current view's origin: stored positions are item positions plus it.

@@ -256,7 +256,10 @@ bool OvGsManipRelative::onActiveButton(const QPointF& aPoint, bool aPress)
             const bool pressed = !line->getActivePressed();
             line->makeAllActiveGray();
             line->setActivePressed(pressed);
-            editor->setCurrentObject(pressed ? line : nullptr, false);
+            if (pressed)
+                editor->setCurrentObject(line, false);
+            else
+                clearCurrentObjectKeepingTool();
         }
         return true;
     }
@@ -265,7 +268,7 @@ bool OvGsManipRelative::onActiveButton(const QPointF& aPoint, bool aPress)
 
 void OvGsManipRelative::makeAllActive()
 {
-    editor->setCurrentObject(nullptr, false);
+    clearCurrentObjectKeepingTool();
     for (KxGsObject* obj : editor->getAllChildGsObjects()) {
         if (!isOwnLine(obj))
             continue;
