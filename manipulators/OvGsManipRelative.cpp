@@ -201,17 +201,27 @@ KxGsObject* OvGsManipRelative::findBase(const QString& aName) const
         return nullptr;
     if (baseCache)
         return baseCache->value(aName);
+    // Bases of this kind seen before answer at once while they still are what
+    // they were; anything else costs one scan, which remembers every base.
+    const QPointer<OvGsRelativeDistance> known = knownBases.value(aName);
+    if (known && known->isBase && known->lineName == aName && known->parentItem() == editor.data()
+        && !known->isDiscarded())
+        return known.data();
     const int connected = getConnectedObjectType();
+    KxGsObject* found = nullptr;
     for (KxGsObject* obj : editor->getAllChildGsObjects()) {
-        if (obj->type() == connected && static_cast<OvGsDistance*>(obj)->lineName == aName)
-            return obj;
+        if (!found && obj->type() == connected && static_cast<OvGsDistance*>(obj)->lineName == aName)
+            found = obj;
         if (isOwnLine(obj)) {
-            const auto* line = static_cast<OvGsRelativeDistance*>(obj);
-            if (line->isBase && line->lineName == aName)
-                return obj;
+            auto* line = static_cast<OvGsRelativeDistance*>(obj);
+            if (!line->isBase)
+                continue;
+            knownBases.insert(line->lineName, line);
+            if (!found && line->lineName == aName)
+                found = obj;
         }
     }
-    return nullptr;
+    return found;
 }
 
 void OvGsManipRelative::placeOnBase(OvGsRelativeDistance* aLine)

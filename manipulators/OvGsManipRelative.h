@@ -173,4 +173,5 @@ private:
     QPixmap activeOff;
     QPixmap activeOn;
     const QHash<QString, KxGsObject*>* baseCache;
+    mutable QHash<QString, QPointer<OvGsRelativeDistance>> knownBases;
 };
