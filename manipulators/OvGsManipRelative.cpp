@@ -350,7 +350,9 @@ void OvGsManipRelative::mousePressEvent(QGraphicsSceneMouseEvent* anEvent)
     anEvent->ignore();
     if (anEvent->button() != Qt::LeftButton)
         return;
-    if (onActiveButton(anEvent->pos(), true))
+    // With a line under way the press finishes it first: toggling a base then
+    // would leave that line neither stored nor discarded.
+    if (!inProgress && onActiveButton(anEvent->pos(), true))
         return;
     if (inProgress) {
         if (isLocalMagnifier())

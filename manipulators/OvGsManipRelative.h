@@ -49,8 +49,8 @@ public:
     void activate() override;
     // The frame's, then every active button hides.
     void deactivate() override;
-    // Left button only. A press on an active button toggles that base; with a
-    // line under way the press finishes it; otherwise it begins a line.
+    // Left button only. With a line under way the press finishes it; else a
+    // press on an active button toggles that base; otherwise it begins a line.
     void mousePressEvent(QGraphicsSceneMouseEvent* anEvent) override;
     void mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent) override;
     // Finishes the line after a drag of at least 1 unit; a shorter click
