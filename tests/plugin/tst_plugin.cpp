@@ -2,6 +2,7 @@
 // interface identifier, asked for its features and then following the host's
 // notifications with its tool entry.
 #include "KxGsEditor.h"
+#include "KxGsManipulator.h"
 #include "KxKernelData.h"
 #include "KxMediaInfo.h"
 #include "KxPluginInterface.h"
@@ -138,6 +139,13 @@ private Q_SLOTS:
         QVERIFY(window->findChild<QToolButton*>(QStringLiteral("theDistanceButton")));
         // The distance manipulator registered its object type.
         QVERIFY(KxKernelData::getInstance()->getManipulator(66653));
+        // So did the multiple- and parallel-distance manipulators.
+        const QList<QPair<int, QByteArray>> relative{ { 66658, "OvGsManipMultiply" }, { 66659, "OvGsManipParalell" } };
+        for (const auto& kind : relative) {
+            const KxGsManipulator* manipulator = KxKernelData::getInstance()->getManipulator(kind.first);
+            QVERIFY(manipulator);
+            QCOMPARE(QByteArray(manipulator->metaObject()->className()), kind.second);
+        }
     }
 
     void init()
