@@ -32,15 +32,6 @@ class tst_RelativeDistance : public QObject
     Q_OBJECT
 
 private slots:
-    void types()
-    {
-        ShapeScene env;
-        QCOMPARE(makeLine(env, OvGsMultiplyDistance::Type)->type(), 66658);
-        QCOMPARE(makeLine(env, OvGsParalellDistance::Type)->type(), 66659);
-        // Neither passes for a plain distance.
-        QVERIFY(!qgraphicsitem_cast<OvGsDistance*>(makeLine(env, OvGsMultiplyDistance::Type)));
-    }
-
     void drag_data()
     {
         QTest::addColumn<RelativeDrag>("drag");
