@@ -36,6 +36,7 @@ const char* const kKeyLabelsVisible = "MeasurementLabelsVisible";
 const int kDeviceCameraOrObjective = 0x180;
 const int kDeviceCalibrationOrUnits = 0x600;
 const int kSourceLiveCamera = 51;
+const int kNoUnit = 1000;
 
 // Garbage in the settings falls back to the defaults.
 QSize magnifierSizeFrom(const QVariant& aValue)
@@ -212,6 +213,8 @@ OvGsManipFrame::Measure OvGsManipFrame::measureData(const QString& aName, const 
         return Measure();
     const KxParamKeyframeVector keyframes = aData->getKeyframesAt(kernelData->getCurrentFrame());
     aUnit = getDescriptor()->getValue(keyframes, QStringLiteral("ut")).toInt();
+    if (kind.noUnitIsAuto && aUnit == kNoUnit)
+        aUnit = OvGuiMeasurementTool::UnitAuto;
     return measureKeyframes(aName, keyframes);
 }
 

@@ -71,6 +71,7 @@ public:
         const char* removalSlot = nullptr;       // SLOT(...) it goes to; a kind may declare its own
         bool followsMediaAndTool = true;         // connects new media, app close, guiExpanded, toolActivated
         bool fontChangeEnsuresLabel = true;      // a font size change keeps the label inside the area
+        bool noUnitIsAuto = false;               // a stored "ut" of 1000 (no unit) reads as automatic
     };
 
     // A measured value in micrometres (square micrometres when squared). A

@@ -24,6 +24,7 @@ OvGsManipFrame::Kind multiplyKind()
     kind.removalSignal = SIGNAL(signalObjectBeforeRemove(const int, const int));
     kind.removalSlot = SLOT(slotObjectBeforeRemoveInKernel(int, int));
     kind.followsMediaAndTool = false;
+    kind.noUnitIsAuto = true;
     return kind;
 }
 

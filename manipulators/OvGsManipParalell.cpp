@@ -31,6 +31,7 @@ OvGsManipFrame::Kind paralellKind()
     kind.removalSignal = SIGNAL(signalObjectBeforeRemove(const int, const int));
     kind.removalSlot = SLOT(slotObjectBeforeRemoveInKernel(int, int));
     kind.followsMediaAndTool = false;
+    kind.noUnitIsAuto = true;
     return kind;
 }
 

@@ -181,6 +181,14 @@ private slots:
         QCOMPARE(h->editor->getCurrentObject(), static_cast<KxGsObject*>(base));
     }
 
+    // A stored "no unit" (1000) reads as the automatic unit.
+    void storedNoUnitReadsAutomatic()
+    {
+        drawBaseAndLines(kMultiply, {{150, 300}});
+        QVERIFY(multiply->setGsObjectParamValue(line(kMultiply, 2), QStringLiteral("ut"), 1000));
+        QCOMPARE(storedText(kMultiply, 2), "50.000" + kMicro);
+    }
+
     void clickWithoutDragKeepsDrawing()
     {
         use(kMultiply);
