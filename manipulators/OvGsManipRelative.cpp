@@ -9,6 +9,7 @@
 #include "KxKernelObjectData.h"
 #include "KxKernelObjectDataDescr.h"
 #include "KxMediaInfo.h"
+#include "OvCmdChangeBase.h"
 #include "OvGsDistance.h"
 #include "OvGsRelativeDistance.h"
 #include "OvGuiMeasurementTool.h"
@@ -469,6 +470,8 @@ void OvGsManipRelative::finalizeDistance()
         item->makeAllActiveGray();
         item->setActivePressed(true);
     }
+    if (creatingBase)
+        writtenBaseVectors.insert(item, item->vector);
     const KxParamKeyframeVector keyframes = createObjectKeyframes(item, storedGeometry(item));
     auto* data = new KxKernelObjectData(keyframes, getDescriptor()->getKeyframeTypes(), false);
     pushOwnCommand(new CmdCreateObject(kind.objectType, index, data));
@@ -485,7 +488,13 @@ void OvGsManipRelative::writeLine(int anIdx, OvGsRelativeDistance* aLine)
     const KxKernelObjectData* data = kernelData->getObject(kind.objectType, anIdx);
     if (data && data->animated)
         keyframes.setFrameNumber(kernelData->getCurrentFrame());
-    pushOwnCommand(new CmdChangeObject(kind.objectType, anIdx, keyframes, false));
+    if (aLine->isBase) {
+        const QPointF before = writtenBaseVectors.value(aLine, aLine->vector);
+        pushOwnCommand(new OvCmdChangeBase(this, kind.objectType, anIdx, keyframes, before, aLine->vector));
+        writtenBaseVectors.insert(aLine, aLine->vector);
+    } else {
+        pushOwnCommand(new CmdChangeObject(kind.objectType, anIdx, keyframes, false));
+    }
     // The change notification was blocked: the label shows the stored value now.
     showLineValue(aLine, anIdx, getValueNameToDisplay(aLine));
     aLine->setDisplayedValueName(getValueNameToDisplay(aLine));
@@ -586,6 +595,8 @@ void OvGsManipRelative::objectChangedInKernel(int aType, int anIdx, const KxKern
             line->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
             updateDisplayValue(line, keyframeValue(keyframes, 2).toString(), true, true);
             line->ensureLabelVisible();
+            if (line->isBase)
+                writtenBaseVectors.insert(line, line->vector);
             if (current == line)
                 updateGuiFromObjectData(aData);
         }
@@ -697,6 +708,7 @@ void OvGsManipRelative::slotObjectBeforeRemoveInKernel(int aType, int anIdx)
     if (aType == kind.objectType) {
         if (KxGsObject* obj = gsObjectMap.value(anIdx)) {
             lineLeaving(static_cast<OvGsRelativeDistance*>(obj), kernelData->getObject(aType, anIdx));
+            writtenBaseVectors.remove(static_cast<OvGsRelativeDistance*>(obj));
             dropGsObject(anIdx);
         }
     }

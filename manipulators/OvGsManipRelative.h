@@ -22,7 +22,8 @@ class QGraphicsSceneMouseEvent;
 //
 // Bases and their lines are linked by names only, held in the items: the
 // store keeps a base as a zero-length object at its start point. Moving or
-// reshaping a base writes it back and then every measured line, each with its
+// reshaping a base writes it back (OvCmdChangeBase, which also carries the
+// base's vector for undo and redo) and then every measured line, each with its
 // own change command holding the line as placed on its base again, so stored
 // values and labels agree. Removing a base (or a plain distance serving as
 // base) removes every line that names it, each with its own removal command
@@ -174,4 +175,6 @@ private:
     QPixmap activeOn;
     const QHash<QString, KxGsObject*>* baseCache;
     mutable QHash<QString, QPointer<OvGsRelativeDistance>> knownBases;
+    // Each base's vector as last written, the "before" of its next change.
+    QHash<const OvGsRelativeDistance*, QPointF> writtenBaseVectors;
 };

@@ -281,6 +281,32 @@ private slots:
         QCOMPARE(steps.count(), 3 + 6);
     }
 
+    // The store holds no base vector: the base's own change command brings its
+    // whole shape back, and the lines placed on it follow.
+    void reshapedBaseComesBackWhole_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::newRow("multiple") << kMultiply;
+        QTest::newRow("parallel") << kParalell;
+    }
+
+    void reshapedBaseComesBackWhole()
+    {
+        QFETCH(int, type);
+        drawBaseAndLines(type, {{150, 300}});
+        const QStringList before{ state(type, 1), state(type, 2) };
+        h->play("p500,200 m500,230 m500,260 r500,260");
+        QCOMPARE(line(type, 1)->vector, QPointF(400, 60));
+        const QStringList after{ state(type, 1), state(type, 2) };
+        QVERIFY(after != before);
+        h->stack->undo();
+        h->stack->undo();
+        QCOMPARE((QStringList{ state(type, 1), state(type, 2) }), before);
+        h->stack->redo();
+        h->stack->redo();
+        QCOMPARE((QStringList{ state(type, 1), state(type, 2) }), after);
+    }
+
     void removingBaseRemovesItsLines_data()
     {
         QTest::addColumn<int>("type");
