@@ -29,6 +29,8 @@ KxKernelObjectData* CmdChangeObject::target() const
 
 void CmdChangeObject::redo()
 {
+    const KxReplayScope replay(redoneOnce);
+    redoneOnce = true;
     KxKernelObjectData* data = target();
     if (!data) {
         if (serial == 0)
@@ -45,6 +47,7 @@ void CmdChangeObject::redo()
 
 void CmdChangeObject::undo()
 {
+    const KxReplayScope replay(true);
     KxKernelObjectData* data = target();
     if (!done || !data)
         return;

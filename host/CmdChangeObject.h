@@ -43,4 +43,6 @@ private:
     KxKernelObjectData::State before;
     quint64 serial = 0;
     bool done = false;
+    // The first redo runs inside push(); later ones and every undo replay history.
+    bool redoneOnce = false;
 };

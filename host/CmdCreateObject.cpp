@@ -21,6 +21,8 @@ CmdCreateObject::~CmdCreateObject()
 
 void CmdCreateObject::redo()
 {
+    const KxReplayScope replay(redoneOnce);
+    redoneOnce = true;
     if (!owned)
         return;
     if (KxKernelData::getInstance()->insertObject(type, idx, data))
@@ -31,6 +33,7 @@ void CmdCreateObject::redo()
 
 void CmdCreateObject::undo()
 {
+    const KxReplayScope replay(true);
     KxKernelData* store = KxKernelData::getInstance();
     // Only our own object: the place may hold another one by now.
     const KxKernelObjectData* stored = store->getObject(type, idx);

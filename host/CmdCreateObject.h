@@ -33,4 +33,6 @@ private:
     // Tells our object from a later one at the same address.
     quint64 serial = 0;
     bool owned = true;
+    // The first redo runs inside push(); later ones and every undo replay history.
+    bool redoneOnce = false;
 };

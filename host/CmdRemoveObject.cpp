@@ -19,6 +19,8 @@ CmdRemoveObject::~CmdRemoveObject()
 
 void CmdRemoveObject::redo()
 {
+    const KxReplayScope replay(redoneOnce);
+    redoneOnce = true;
     KxKernelData* store = KxKernelData::getInstance();
     KxKernelObjectData* stored = store->getObject(type, idx);
     // The first redo takes whatever is stored; later ones only the same object.
@@ -35,6 +37,7 @@ void CmdRemoveObject::redo()
 
 void CmdRemoveObject::undo()
 {
+    const KxReplayScope replay(true);
     if (owned && KxKernelData::getInstance()->insertObject(type, idx, data))
         owned = false;
 }

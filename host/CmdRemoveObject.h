@@ -32,4 +32,6 @@ private:
     // Tells our object from a later one at the same address.
     quint64 serial = 0;
     bool owned = false;
+    // The first redo runs inside push(); later ones and every undo replay history.
+    bool redoneOnce = false;
 };

@@ -157,8 +157,25 @@ bool KxKernelData::showObjectValue(int aType, int anIdx, const QString& aValueNa
     return true;
 }
 
+bool KxKernelData::commandsAllowed() const
+{
+    return replayDepth == 0;
+}
+
+void KxKernelData::beginReplay()
+{
+    ++replayDepth;
+}
+
+void KxKernelData::endReplay()
+{
+    if (replayDepth > 0)
+        --replayDepth;
+}
+
 void KxKernelData::removeAllObjects()
 {
+    beginReplay();
     // One at a time through takeObject, so every receiver hears of every
     // object; the loop re-reads the store since receivers may touch it.
     while (!objects.isEmpty()) {
@@ -170,6 +187,7 @@ void KxKernelData::removeAllObjects()
         }
         delete takeObject(type, ofType.firstKey());
     }
+    endReplay();
 }
 
 KxCalibData KxKernelData::getCurrentCalibData(QString& aSourceName) const

@@ -75,6 +75,15 @@ public:
     // Removes and deletes every object, each reported as by takeObject.
     void removeAllObjects();
 
+    // False while the store replays undo history (a command's undo() or any
+    // redo() after the first) or clears itself: receivers of its notifications
+    // must not push commands then, since the undo stack is in the middle of a
+    // step and the history already holds what follows.
+    bool commandsAllowed() const;
+    // Brackets a replay; nests. Used by the undo commands.
+    void beginReplay();
+    void endReplay();
+
     // Camera active: the objective's calibration, aSourceName = the objective
     // name; else the media's, aSourceName = the media file name. Text "µm".
     KxCalibData getCurrentCalibData(QString& aSourceName) const;
@@ -123,4 +132,27 @@ private:
     QSize imageSize;
     qint64 currentFrame = 0;
     KxView* currentView = nullptr;
+    int replayDepth = 0;
+};
+
+// Marks the store as replaying history for its lifetime when anActive is set.
+class KX_HOST_EXPORT KxReplayScope
+{
+public:
+    explicit KxReplayScope(bool anActive)
+        : active(anActive)
+    {
+        if (active)
+            KxKernelData::getInstance()->beginReplay();
+    }
+    ~KxReplayScope()
+    {
+        if (active)
+            KxKernelData::getInstance()->endReplay();
+    }
+    KxReplayScope(const KxReplayScope&) = delete;
+    KxReplayScope& operator=(const KxReplayScope&) = delete;
+
+private:
+    bool active;
 };

@@ -37,6 +37,7 @@ const char* const kKeyLabelsVisible = "MeasurementLabelsVisible";
 const int kDeviceCameraOrObjective = 0x180;
 const int kDeviceCalibrationOrUnits = 0x600;
 const int kSourceLiveCamera = 51;
+const int kNoUnit = 1000;
 
 // Garbage in the settings falls back to the defaults.
 QSize magnifierSizeFrom(const QVariant& aValue)
@@ -218,6 +219,8 @@ OvGsManipFrame::Measure OvGsManipFrame::measureData(const QString& aName, const 
         return Measure();
     const KxParamKeyframeVector keyframes = aData->getKeyframesAt(kernelData->getCurrentFrame());
     aUnit = getDescriptor()->getValue(keyframes, QStringLiteral("ut")).toInt();
+    if (kind.noUnitIsAuto && aUnit == kNoUnit)
+        aUnit = OvGuiMeasurementTool::UnitAuto;
     return measureKeyframes(aName, keyframes);
 }
 
@@ -429,6 +432,15 @@ bool OvGsManipFrame::isOwnItem(const KxGsObject* anObj) const
     return anObj->type() == kind.objectType && anObj->getManipulator() == this;
 }
 
+void OvGsManipFrame::clearCurrentObjectKeepingTool()
+{
+    QToolButton* button = getDrawButton();
+    const QSignalBlocker blocker(button);
+    const bool wasChecked = button->isChecked();
+    editor->setCurrentObject(nullptr, false);
+    button->setChecked(wasChecked);
+}
+
 void OvGsManipFrame::drawButtonToggled(bool aChecked)
 {
     if (!ownsDrawButton())
@@ -621,7 +633,12 @@ void OvGsManipFrame::rescaleDefaultKeyframes(QSize anOld, QSize aNew)
         descr->setValue(keyframes, geometryKey, scaleGeometry(descr->getValue(keyframes, geometryKey), factor));
         data->update(keyframes);
     }
+    rescaleItems(factor);
     recreateGraphicsObjects(getViewOrigin(), -1, true);
+}
+
+void OvGsManipFrame::rescaleItems(double)
+{
 }
 
 QVariant OvGsManipFrame::scaleGeometry(const QVariant& aGeometry, double aFactor) const

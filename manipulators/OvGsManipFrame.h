@@ -74,6 +74,7 @@ public:
         bool fontChangeEnsuresLabel = true;      // a font size change keeps the label inside the area
         bool magnifierLeadsHover = false;        // a hover move goes to the magnifier first, see hoverMoveEvent
         bool clearsUnitsAfterDiscard = true;     // deactivate() offers no units also after discarding an item
+        bool noUnitIsAuto = false;               // a stored "ut" of 1000 (no unit) reads as automatic
     };
 
     // A measured value in micrometres (square micrometres when squared). A
@@ -185,6 +186,10 @@ protected:
     virtual void objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) = 0;
     // The camera resolution changed. Default: rescaleDefaultKeyframes().
     virtual void currentResChangedByCamera(QSize anOld, QSize aNew);
+    // Called by rescaleDefaultKeyframes() after the stored data was scaled and
+    // before the items are rebuilt from it: a kind scales here what its items
+    // hold but the store does not. Default: nothing.
+    virtual void rescaleItems(double aFactor);
     // The geometry parameter scaled by aFactor, for rescaleDefaultKeyframes().
     // Default: points rounded, point-F and polygons scaled, others unchanged.
     virtual QVariant scaleGeometry(const QVariant& aGeometry, double aFactor) const;
@@ -211,6 +216,10 @@ protected:
     // Another kind's item under way may share the type (a free form is open, of the
     // free-line type, until it is finished); its own manipulator answers for it.
     bool isOwnItem(const KxGsObject* anObj) const;
+    // Leaves the editor without a current object while this tool stays the
+    // active one: the panel unchecks every draw button when nothing is
+    // current, which would otherwise end the tool.
+    void clearCurrentObjectKeepingTool();
 
     KxKernelObjectDataDescr* getDescriptor() const;
     // The current view's origin: stored positions are item positions plus it.

@@ -17,6 +17,8 @@
 #include "OvGsManipDistance.h"
 #include "OvGsManipFreeForm.h"
 #include "OvGsManipFreeLine.h"
+#include "OvGsManipMultiply.h"
+#include "OvGsManipParalell.h"
 #include "OvToolBase.h"
 
 #include <QEvent>
@@ -79,6 +81,8 @@ bool OvMeasurementToolPlugin::addFeatures(const QString& aFeatureName, QMainWind
     manipulators[0] = new OvGsManipDistance(tool, panel, anUndoStack);
     manipulators[1] = new OvGsManipFreeForm(tool, panel, anUndoStack);
     manipulators[2] = new OvGsManipFreeLine(tool, panel, anUndoStack);
+    manipulators[3] = new OvGsManipMultiply(tool, panel, anUndoStack);
+    manipulators[4] = new OvGsManipParalell(tool, panel, anUndoStack);
     manipulators[5] = new OvGsManipCircle(tool, panel, anUndoStack);
     manipulators[6] = new OvGsManipAngle(tool, panel, anUndoStack);
 

@@ -31,7 +31,7 @@ void OvGsDistance::adjustScale(double aZoom)
 {
     OvGsHandleShape::adjustScale(aZoom);
     if (isUsableZoom(aZoom) && isScaleAdjustAllowed())
-        updateTrashPos();
+        updateButtonPositions();
 }
 
 int OvGsDistance::type() const
@@ -78,7 +78,7 @@ void OvGsDistance::setVector(const QPointF& aVector)
 {
     prepareGeometryChange();
     vector = aVector;
-    updateTrashPos();
+    updateButtonPositions();
     update();
 }
 
@@ -99,30 +99,37 @@ bool OvGsDistance::isPointOnEnds(const QPointF& aPoint, int& anEnd, int aTol) co
 
 void OvGsDistance::updateTrashPos()
 {
-    setTrashPos(vector + trashOffset);
-    const QGraphicsPixmapItem* trash = getTrashButton();
-    if (!trash)
-        return;
+    setTrashPos(placeButton(getTrashButton(), vector + trashOffset, trashOffset.y()));
+}
+
+void OvGsDistance::updateButtonPositions()
+{
+    updateTrashPos();
+}
+
+QPointF OvGsDistance::placeButton(const QGraphicsItem* aButton, const QPointF& aFirst, double aFlip) const
+{
+    if (!aButton)
+        return aFirst;
 
     // The button keeps its size on screen; measure it in item units.
-    const QSizeF size = trash->boundingRect().size() * unitsPerPixel();
+    const QSizeF size = aButton->boundingRect().size() * unitsPerPixel();
     const qreal w = size.width();
     const qreal h = size.height();
-    QPointF place = getTrashPos();
+    QPointF place = aFirst;
     if (crossesDiagonals(QPointF(0.0, 0.0), vector, QRectF(place, QSizeF(w, h)))) {
-        const float y = vector.y() > place.y() ? float(place.y() + h + 2.0 * trashOffset.y())
-                                               : float(place.y() - h - 2.0 * trashOffset.y());
+        const float y = vector.y() > place.y() ? float(place.y() + h + 2.0 * aFlip)
+                                               : float(place.y() - h - 2.0 * aFlip);
         place.setY(y);
-        setTrashPos(place);
     }
 
     const KxGsEditor* editor = qobject_cast<const KxGsEditor*>(parentObject());
     if (!editor)
-        return;
+        return place;
     const QRectF button(pos() + place, QSizeF(w, h));
     const QRectF area = editor->getEditorArea();
     if (area.contains(button))
-        return;
+        return place;
     qreal x = button.left();
     qreal y = button.top();
     if (button.left() < area.left())
@@ -133,7 +140,7 @@ void OvGsDistance::updateTrashPos()
         y = area.top();
     if (button.bottom() > area.bottom())
         y = area.bottom() - button.height();
-    setTrashPos(QPointF(x, y) - pos());
+    return QPointF(x, y) - pos();
 }
 
 int OvGsDistance::handleAt(const QPointF& aPoint, int aTol) const
@@ -158,7 +165,7 @@ void OvGsDistance::dragHandle(int aHandle, const QPointF& aPoint, const QPointF&
 
 void OvGsDistance::gestureReleased()
 {
-    updateTrashPos();
+    updateButtonPositions();
 }
 
 KxGsManipulator* OvGsDistance::reshapeReceiver() const

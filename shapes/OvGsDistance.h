@@ -6,6 +6,7 @@
 #include <QString>
 
 class KxGsManipulator;
+class QGraphicsItem;
 class QPainter;
 class QStyleOptionGraphicsItem;
 class QWidget;
@@ -57,4 +58,13 @@ protected:
     void dragHandle(int aHandle, const QPointF& aPoint, const QPointF& aDelta) override;
     void gestureReleased() override;
     KxGsManipulator* reshapeReceiver() const override;
+
+    // Places every button after a change of the line or of the zoom. Default:
+    // updateTrashPos().
+    virtual void updateButtonPositions();
+    // Where aButton (null: aFirst as it is) goes when asked to sit at aFirst:
+    // moved across the line by its height plus twice aFlip when it would lie
+    // across it, then pushed inside the editor's area (right and bottom edges
+    // winning when the button is larger than the area). Item coordinates.
+    QPointF placeButton(const QGraphicsItem* aButton, const QPointF& aFirst, double aFlip) const;
 };

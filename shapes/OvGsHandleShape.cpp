@@ -59,7 +59,7 @@ void OvGsHandleShape::moveObjectBy(const QPointF& aDelta)
 
 bool OvGsHandleShape::isMoving() const
 {
-    return moving;
+    return moving && !reportsMoves();
 }
 
 bool OvGsHandleShape::isReshaping() const
@@ -89,7 +89,7 @@ void OvGsHandleShape::manipMousePressEvent(QMouseEvent* anEvent)
     if (activeNode >= 0)
         reshaping = true;
     else if (isPointOnObject(anEvent->localPos(), part, tol))
-        moving = true;
+        moving = canMoveWhole();
     else
         return;
     lastMousePos = pointerInParent(anEvent);
@@ -123,8 +123,9 @@ void OvGsHandleShape::manipMouseReleaseEvent(QMouseEvent* anEvent)
         return;
     }
     if (moving || reshaping) {
-        if (reshaping) {
-            reshapeFinished();
+        if (reshaping || reportsMoves()) {
+            if (reshaping)
+                reshapeFinished();
             if (KxGsManipulator* receiver = reshapeReceiver())
                 receiver->gsObjectChangedShape(this);
         }
@@ -152,6 +153,21 @@ void OvGsHandleShape::gestureReleased()
 KxGsManipulator* OvGsHandleShape::reshapeReceiver() const
 {
     return getManipulator();
+}
+
+bool OvGsHandleShape::canMoveWhole() const
+{
+    return true;
+}
+
+bool OvGsHandleShape::reportsMoves() const
+{
+    return false;
+}
+
+bool OvGsHandleShape::solidWhileIdle() const
+{
+    return false;
 }
 
 QPointF OvGsHandleShape::roundedPoint(const QPointF& aPoint)
@@ -185,6 +201,8 @@ QPen OvGsHandleShape::prepareOutline(QPainter* aPainter) const
     QPen pen = (isSelected() || isCurrent()) ? currentPen : normalPen;
     if (reshaping && !solidEdit)
         pen.setStyle(Qt::DashLine);
+    else if (solidWhileIdle())
+        pen.setStyle(Qt::SolidLine);
     // Hairline-thin lines look washed out when antialiased.
     aPainter->setRenderHint(QPainter::Antialiasing, pen.widthF() * aPainter->transform().m11() >= 1.0);
     return pen;

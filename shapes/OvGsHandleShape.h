@@ -32,6 +32,8 @@ public:
     bool isPointOnObject(const QPointF& aPoint, int& aPart, int aTol) const override;
     // The base part, then translateBy(aDelta).
     void moveObjectBy(const QPointF& aDelta) override;
+    // While moving, unless the shape reports its moves itself (reportsMoves()):
+    // the editor writes back a move it sees here, which must not happen twice.
     bool isMoving() const override;
     bool isReshaping() const override;
     // The events carry localPos() in item coordinates and screenPos() in global
@@ -85,6 +87,16 @@ protected:
     virtual void gestureReleased();
     // Who hears about a finished reshape; may be null. Default: getManipulator().
     virtual KxGsManipulator* reshapeReceiver() const;
+    // Asked on a press on the body: whether it starts a move of the whole
+    // shape. When false the press is still taken (the shape becomes current)
+    // but a drag leaves it where it is. Default: true.
+    virtual bool canMoveWhole() const;
+    // Whether a finished move is reported to reshapeReceiver() like a reshape
+    // (the receiver then writes it back instead of the editor). Default: false.
+    virtual bool reportsMoves() const;
+    // Whether the outline is drawn solid whatever the pen's own style while no
+    // reshape runs. Default: false.
+    virtual bool solidWhileIdle() const;
 
     static QPointF roundedPoint(const QPointF& aPoint);
     // The square of side aTol around aPoint that hit tests probe with.

@@ -139,11 +139,14 @@ private Q_SLOTS:
         QVERIFY(window->findChild<QToolButton*>(QStringLiteral("theDistanceButton")));
         // The distance manipulator registered its object type.
         QVERIFY(KxKernelData::getInstance()->getManipulator(66653));
-        // The circle and the angle on their own buttons.
-        for (int type : { 66656, 66651 }) {
-            KxGsManipulator* manipulator = KxKernelData::getInstance()->getManipulator(type);
+        // Every other kind registered its type with its own manipulator.
+        const QList<QPair<int, QByteArray>> kinds{ { 66655, "OvGsManipFreeForm" }, { 66755, "OvGsManipFreeLine" },
+                                                   { 66658, "OvGsManipMultiply" }, { 66659, "OvGsManipParalell" },
+                                                   { 66656, "OvGsManipCircle" }, { 66651, "OvGsManipAngle" } };
+        for (const auto& kind : kinds) {
+            const KxGsManipulator* manipulator = KxKernelData::getInstance()->getManipulator(kind.first);
             QVERIFY(manipulator);
-            QCOMPARE(manipulator->getObjectType(), type);
+            QCOMPARE(QByteArray(manipulator->metaObject()->className()), kind.second);
         }
     }
 

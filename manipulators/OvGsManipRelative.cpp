@@ -1,0 +1,728 @@
+#include "OvGsManipRelative.h"
+
+#include "CmdChangeObject.h"
+#include "CmdCreateObject.h"
+#include "CmdRemoveObject.h"
+#include "KxAppSettings.h"
+#include "KxGsEditor.h"
+#include "KxKernelData.h"
+#include "KxKernelObjectData.h"
+#include "KxKernelObjectDataDescr.h"
+#include "KxMediaInfo.h"
+#include "OvCmdChangeBase.h"
+#include "OvGsDistance.h"
+#include "OvGsRelativeDistance.h"
+#include "OvGuiMeasurementTool.h"
+
+#include <QCoreApplication>
+#include <QGraphicsScene>
+#include <QGraphicsSceneHoverEvent>
+#include <QGraphicsSceneMouseEvent>
+#include <QtMath>
+
+namespace {
+
+const char* const kKeyDistanceAllowedAsBase = "DistanceAllowedAsBase";
+const QPointF kClickVector(15.0, -15.0);
+const QSize kActiveImageSize(20, 20);
+
+QPixmap activeImage(const QString& aPath)
+{
+    return QPixmap(aPath).scaled(kActiveImageSize, Qt::IgnoreAspectRatio, Qt::FastTransformation);
+}
+
+double lengthOf(const QPointF& aVector)
+{
+    return qSqrt(aVector.x() * aVector.x() + aVector.y() * aVector.y());
+}
+
+QPoint rounded(const QPointF& aPoint)
+{
+    return QPoint(qRound(aPoint.x()), qRound(aPoint.y()));
+}
+
+} // namespace
+
+class OvGsManipRelative::BaseLookup
+{
+public:
+    explicit BaseLookup(OvGsManipRelative* aManipulator)
+        : manipulator(aManipulator)
+        , outer(aManipulator->baseCache)
+    {
+        if (outer)
+            return;
+        const int connected = manipulator->getConnectedObjectType();
+        for (KxGsObject* obj : manipulator->editor->getAllChildGsObjects()) {
+            QString name;
+            if (obj->type() == connected)
+                name = static_cast<OvGsDistance*>(obj)->lineName;
+            else if (manipulator->isOwnLine(obj) && static_cast<OvGsRelativeDistance*>(obj)->isBase)
+                name = static_cast<OvGsRelativeDistance*>(obj)->lineName;
+            if (!name.isEmpty() && !names.contains(name))
+                names.insert(name, obj);
+        }
+        manipulator->baseCache = &names;
+    }
+    ~BaseLookup()
+    {
+        if (!outer)
+            manipulator->baseCache = nullptr;
+    }
+    BaseLookup(const BaseLookup&) = delete;
+    BaseLookup& operator=(const BaseLookup&) = delete;
+
+private:
+    OvGsManipRelative* manipulator;
+    const QHash<QString, KxGsObject*>* outer;
+    QHash<QString, KxGsObject*> names;
+};
+
+OvGsManipRelative::OvGsManipRelative(OvToolBase* aToolBase, OvGuiMeasurementTool* aPanel, QUndoStack* anUndoStack,
+                                     const Kind& aKind, const char* aLinePattern, int& aCounter,
+                                     const QString& anOffImage, const QString& anOnImage)
+    : OvGsManipFrame(aToolBase, aPanel, anUndoStack, aKind)
+    , creatingBase(false)
+    , distanceAllowedAsBase(false)
+    , linePattern(aLinePattern)
+    , counter(aCounter)
+    , activeOff(activeImage(anOffImage))
+    , activeOn(activeImage(anOnImage))
+    , baseCache(nullptr)
+{
+}
+
+OvGsManipRelative::~OvGsManipRelative() = default;
+
+void OvGsManipRelative::initManipulatorDone()
+{
+    // A value stored before start-up is kept, so the setting can be switched
+    // on in the settings file; only a missing one is written as off.
+    if (!KxAppSettings::contains(QString::fromLatin1(kKeyDistanceAllowedAsBase)))
+        KxAppSettings::setValue(QString::fromLatin1(kKeyDistanceAllowedAsBase), distanceAllowedAsBase);
+}
+
+void OvGsManipRelative::initRelative()
+{
+    distanceAllowedAsBase = KxAppSettings::value(QString::fromLatin1(kKeyDistanceAllowedAsBase), QVariant()).toBool();
+    connect(KxAppSettings::getInstance(), &KxAppSettings::signalValueSet, this,
+            [this](const QString& aKey, const QVariant& aValue) {
+                if (aKey == QLatin1String(kKeyDistanceAllowedAsBase))
+                    distanceAllowedAsBase = aValue.toBool();
+            });
+}
+
+bool OvGsManipRelative::isDistanceAllowedAsBase() const
+{
+    return distanceAllowedAsBase;
+}
+
+int OvGsManipRelative::getConnectedObjectType() const
+{
+    return distanceAllowedAsBase ? kDistanceType : kNoConnectedType;
+}
+
+bool OvGsManipRelative::isOwnLine(const KxGsObject* anObj) const
+{
+    return anObj && anObj->type() == kind.objectType;
+}
+
+OvGsRelativeDistance* OvGsManipRelative::getInProgressLine() const
+{
+    return inProgress;
+}
+
+bool OvGsManipRelative::isCreatingBase() const
+{
+    return creatingBase;
+}
+
+QPointF OvGsManipRelative::getBaseStart() const
+{
+    return baseStart;
+}
+
+QPointF OvGsManipRelative::getBaseEnd() const
+{
+    return baseEnd;
+}
+
+KxGsObject* OvGsManipRelative::getInProgressItem() const
+{
+    return inProgress;
+}
+
+void OvGsManipRelative::forgetInProgressItem()
+{
+    inProgress = nullptr;
+}
+
+QPixmap& OvGsManipRelative::offPixmap()
+{
+    return activeOff;
+}
+
+QPixmap& OvGsManipRelative::onPixmap()
+{
+    return activeOn;
+}
+
+QString OvGsManipRelative::baseText() const
+{
+    return QCoreApplication::translate(kind.context, "base");
+}
+
+bool OvGsManipRelative::takeBase(const KxGsObject* aBase)
+{
+    if (!aBase)
+        return false;
+    const OvGsDistance* line = nullptr;
+    if (aBase->type() == getConnectedObjectType())
+        line = static_cast<const OvGsDistance*>(aBase);
+    else if (isOwnLine(aBase) && static_cast<const OvGsRelativeDistance*>(aBase)->isBase)
+        line = static_cast<const OvGsRelativeDistance*>(aBase);
+    if (!line)
+        return false;
+    baseStart = line->pos();
+    baseEnd = line->pos() + line->vector;
+    return true;
+}
+
+QString OvGsManipRelative::findSelectedDistance()
+{
+    const KxGsObject* current = editor->getCurrentObject();
+    if (!takeBase(current))
+        return QString();
+    return static_cast<const OvGsDistance*>(current)->lineName;
+}
+
+KxGsObject* OvGsManipRelative::findBase(const QString& aName) const
+{
+    if (aName.isEmpty())
+        return nullptr;
+    if (baseCache)
+        return baseCache->value(aName);
+    // Bases of this kind seen before answer at once while they still are what
+    // they were; anything else costs one scan, which remembers every base.
+    const QPointer<OvGsRelativeDistance> known = knownBases.value(aName);
+    if (known && known->isBase && known->lineName == aName && known->parentItem() == editor.data()
+        && !known->isDiscarded())
+        return known.data();
+    const int connected = getConnectedObjectType();
+    KxGsObject* found = nullptr;
+    for (KxGsObject* obj : editor->getAllChildGsObjects()) {
+        if (!found && obj->type() == connected && static_cast<OvGsDistance*>(obj)->lineName == aName)
+            found = obj;
+        if (isOwnLine(obj)) {
+            auto* line = static_cast<OvGsRelativeDistance*>(obj);
+            if (!line->isBase)
+                continue;
+            knownBases.insert(line->lineName, line);
+            if (!found && line->lineName == aName)
+                found = obj;
+        }
+    }
+    return found;
+}
+
+void OvGsManipRelative::placeOnBase(OvGsRelativeDistance* aLine)
+{
+    const QPointF start = aLine->pos();
+    const QPointF end = findEndPoint(start);
+    aLine->setPos(start);
+    aLine->setVector(end - start);
+    showLineValue(aLine, -1, valueNames.value(0));
+    aLine->update();
+    aLine->ensureLabelVisible();
+}
+
+void OvGsManipRelative::refreshObject(KxGsObject* anObj)
+{
+    if (!isOwnLine(anObj))
+        return;
+    auto* line = static_cast<OvGsRelativeDistance*>(anObj);
+    if (line->baseName.isEmpty())
+        return;
+    if (takeBase(findBase(line->baseName)))
+        placeOnBase(line);
+}
+
+void OvGsManipRelative::markBase(OvGsRelativeDistance* aLine)
+{
+    aLine->setUseActiveButton(true);
+    aLine->allowActiveVisible(true, activeOff, activeOn);
+    aLine->makeAllActiveGray();
+    aLine->setActivePressed(true);
+}
+
+bool OvGsManipRelative::onActiveButton(const QPointF& aPoint, bool aPress)
+{
+    for (KxGsObject* obj : editor->getAllChildGsObjects()) {
+        if (!isOwnLine(obj))
+            continue;
+        auto* line = static_cast<OvGsRelativeDistance*>(obj);
+        if (!line->isPointOnActiveButton(line->mapFromParent(aPoint)))
+            continue;
+        if (aPress) {
+            const bool pressed = !line->getActivePressed();
+            line->makeAllActiveGray();
+            line->setActivePressed(pressed);
+            if (pressed)
+                editor->setCurrentObject(line, false);
+            else
+                clearCurrentObjectKeepingTool();
+        }
+        return true;
+    }
+    return false;
+}
+
+void OvGsManipRelative::makeAllActive()
+{
+    clearCurrentObjectKeepingTool();
+    for (KxGsObject* obj : editor->getAllChildGsObjects()) {
+        if (!isOwnLine(obj))
+            continue;
+        auto* line = static_cast<OvGsRelativeDistance*>(obj);
+        if (line->getUseActiveButton()) {
+            line->allowActiveVisible(true);
+            if (line->getActivePressed())
+                editor->setCurrentObject(line, false);
+        } else {
+            line->allowActiveVisible(false);
+        }
+    }
+}
+
+void OvGsManipRelative::makeAllNotActive()
+{
+    for (KxGsObject* obj : editor->getAllChildGsObjects()) {
+        if (isOwnLine(obj))
+            static_cast<OvGsRelativeDistance*>(obj)->allowActiveVisible(false);
+    }
+}
+
+void OvGsManipRelative::activate()
+{
+    OvGsManipFrame::activate();
+    makeAllActive();
+}
+
+void OvGsManipRelative::deactivate()
+{
+    OvGsManipFrame::deactivate();
+    makeAllNotActive();
+}
+
+OvGsRelativeDistance* OvGsManipRelative::createInProgressLine(const QString& aBaseName)
+{
+    QString stepText;
+    const double step = getCalibrationStep(stepText);
+    const QString typeName = getObjectTypeName(0);
+    OvGuiMeasurementTool* panel = getPanel();
+
+    OvGsRelativeDistance* item = newLine(typeName, QString::fromLatin1(linePattern).arg(counter++));
+    item->manipulator = this;
+    item->isBase = creatingBase;
+    item->baseName = aBaseName;
+    item->setName(typeName);
+    item->setLabelVisible(true);
+    item->setColor(panel->getColor());
+    item->setPenStyle(Qt::SolidLine, panel->getLineWidth());
+    item->setLabelFontPixSize(panel->getFontSize());
+    item->setStep(step, stepText);
+    item->adjustScale(editor->scale());
+    item->setPos(startPoint);
+    item->setVector(endPoint - startPoint);
+    item->setLabelPos(QPointF(10.0, -10.0));
+    item->ensureLabelVisible();
+    item->allowTrashVisible(false);
+    item->setUseActiveButton(creatingBase);
+    item->allowActiveVisible(creatingBase, activeOff, activeOn);
+    if (creatingBase) {
+        item->makeAllActiveGray();
+        item->setActivePressed(true);
+    }
+    return item;
+}
+
+void OvGsManipRelative::mousePressEvent(QGraphicsSceneMouseEvent* anEvent)
+{
+    anEvent->ignore();
+    if (anEvent->button() != Qt::LeftButton)
+        return;
+    // With a line under way the press finishes it first: toggling a base then
+    // would leave that line neither stored nor discarded.
+    if (!inProgress && onActiveButton(anEvent->pos(), true))
+        return;
+    if (inProgress) {
+        if (isLocalMagnifier())
+            removeLocalMagnifier();
+        finalizeDistance();
+        inProgress = nullptr;
+        return;
+    }
+
+    creatingBase = false;
+    startPoint = anEvent->pos();
+    const QString baseName = findSelectedDistance();
+    if (baseName.isEmpty()) {
+        creatingBase = true;
+        endPoint = startPoint + kClickVector;
+    } else {
+        endPoint = findEndPoint(startPoint);
+    }
+    inProgress = createInProgressLine(baseName);
+    updateDisplayValue(inProgress, valueNames.value(0), false, true);
+    if (!isLocalMagnifier())
+        showMagnifierAt(anEvent->pos());
+    anEvent->accept();
+}
+
+void OvGsManipRelative::followMouse(const QPointF& aPos)
+{
+    if (creatingBase) {
+        endPoint = aPos;
+    } else {
+        startPoint = aPos;
+        endPoint = findEndPoint(startPoint);
+    }
+    inProgress->setPos(startPoint);
+    inProgress->setVector(endPoint - startPoint);
+    updateDisplayValue(inProgress, valueNames.value(0), false, true);
+    inProgress->ensureLabelVisible();
+}
+
+void OvGsManipRelative::mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent)
+{
+    anEvent->accept();
+    if (!editor->getEditorArea().contains(anEvent->pos()))
+        return;
+    moveMagnifier(anEvent->pos(), anEvent->scenePos());
+    if (inProgress) {
+        followMouse(anEvent->pos());
+        if (creatingBase)
+            markBase(inProgress);
+    }
+    moveMagnifier(anEvent->pos(), anEvent->scenePos());
+}
+
+void OvGsManipRelative::mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent)
+{
+    anEvent->accept();
+    if (!inProgress)
+        return;
+    if (creatingBase) {
+        endPoint = anEvent->pos();
+        editor->setCurrentObject(inProgress, false);
+        markBase(inProgress);
+    } else {
+        startPoint = anEvent->pos();
+        endPoint = findEndPoint(startPoint);
+    }
+    const QPointF span = endPoint - startPoint;
+    if (float(lengthOf(span)) >= 1.0f) {
+        inProgress->setPos(startPoint);
+        inProgress->setVector(span);
+        updateDisplayValue(inProgress, valueNames.value(0), false, true);
+        inProgress->ensureLabelVisible();
+        finalizeDistance();
+        inProgress = nullptr;
+    } else {
+        endPoint = startPoint + kClickVector;
+    }
+}
+
+void OvGsManipRelative::hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent)
+{
+    if (onActiveButton(anEvent->pos(), false)) {
+        showLocalMagnifier(false);
+        anEvent->accept();
+        return;
+    }
+    showLocalMagnifier(true);
+    OvGsManipFrame::hoverMoveEvent(anEvent);
+}
+
+void OvGsManipRelative::hoverMoveInProgress(QGraphicsSceneHoverEvent* anEvent)
+{
+    // A measured line under way waits for the next press or drag.
+    if (!inProgress || !creatingBase)
+        return;
+    endPoint = anEvent->pos();
+    inProgress->setPos(startPoint);
+    inProgress->setVector(endPoint - startPoint);
+    updateDisplayValue(inProgress, valueNames.value(0), false, true);
+    inProgress->ensureLabelVisible();
+}
+
+void OvGsManipRelative::finalizeDistance()
+{
+    OvGsRelativeDistance* item = inProgress;
+    if (!item)
+        return;
+    const int index = getNextObjectIndex();
+    gsObjectMap.insert(index, item);
+    item->setName(getItemName(index));
+    item->allowTrashVisible(true);
+    item->allowActiveVisible(creatingBase, activeOff, activeOn);
+    if (creatingBase) {
+        item->makeAllActiveGray();
+        item->setActivePressed(true);
+    }
+    if (creatingBase)
+        writtenBaseVectors.insert(item, item->vector);
+    const KxParamKeyframeVector keyframes = createObjectKeyframes(item, storedGeometry(item));
+    auto* data = new KxKernelObjectData(keyframes, getDescriptor()->getKeyframeTypes(), false);
+    pushOwnCommand(new CmdCreateObject(kind.objectType, index, data));
+    changeAnimationGsObject(item, kernelData->getMediaInfo().isVideoFile(), false, false);
+}
+
+void OvGsManipRelative::writeLine(int anIdx, OvGsRelativeDistance* aLine)
+{
+    refreshObject(aLine);
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    KxParamKeyframeVector keyframes = descr->createKeyframeVector();
+    keyframes[3].setValue(rounded(aLine->pos()) + getViewOrigin());
+    descr->setValue(keyframes, QString::fromLatin1(kind.geometryKey), storedGeometry(aLine));
+    const KxKernelObjectData* data = kernelData->getObject(kind.objectType, anIdx);
+    if (data && data->animated)
+        keyframes.setFrameNumber(kernelData->getCurrentFrame());
+    if (aLine->isBase) {
+        const QPointF before = writtenBaseVectors.value(aLine, aLine->vector);
+        pushOwnCommand(new OvCmdChangeBase(this, kind.objectType, anIdx, keyframes, before, aLine->vector));
+        writtenBaseVectors.insert(aLine, aLine->vector);
+    } else {
+        pushOwnCommand(new CmdChangeObject(kind.objectType, anIdx, keyframes, false));
+    }
+    // The change notification was blocked: the label shows the stored value now.
+    showLineValue(aLine, anIdx, getValueNameToDisplay(aLine));
+    aLine->setDisplayedValueName(getValueNameToDisplay(aLine));
+    aLine->update();
+}
+
+void OvGsManipRelative::writeMeasuredLines()
+{
+    if (!kernelData->commandsAllowed())
+        return;
+    const QMap<int, KxGsObject*> objects = gsObjectMap;
+    for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
+        auto* line = static_cast<OvGsRelativeDistance*>(it.value());
+        if (!line->isBase)
+            writeLine(it.key(), line);
+    }
+}
+
+void OvGsManipRelative::gsObjectChangedShape(KxGsObject* anObj)
+{
+    if (!isOwnLine(anObj))
+        return;
+    const int index = getObjectIdx(anObj);
+    if (index < 0)
+        return;
+    auto* line = static_cast<OvGsRelativeDistance*>(anObj);
+    const BaseLookup lookup(this);
+    writeLine(index, line);
+    // Every measured line is written, lines of other bases too.
+    if (line->isBase)
+        writeMeasuredLines();
+}
+
+void OvGsManipRelative::updateDisplayValue(KxGsObject* anObj, const QString& aValueName, bool aStored, bool aRepaint)
+{
+    if (!anObj)
+        return;
+    if (isOwnLine(anObj)) {
+        auto* line = static_cast<OvGsRelativeDistance*>(anObj);
+        showLineValue(line, aStored ? getObjectIdx(anObj) : -1, aValueName);
+        if (aStored)
+            line->setDisplayedValueName(aValueName);
+        if (aRepaint)
+            line->update();
+    } else {
+        KxGsManipulator::updateDisplayValue(anObj, aValueName, aStored, aRepaint);
+    }
+    if (aRepaint && editor && editor->scene())
+        editor->scene()->update(QRectF());
+}
+
+void OvGsManipRelative::lineLeaving(OvGsRelativeDistance*, const KxKernelObjectData*)
+{
+}
+
+void OvGsManipRelative::lineRestored(OvGsRelativeDistance*, const KxKernelObjectData*)
+{
+}
+
+void OvGsManipRelative::objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
+{
+    if (aType != kind.objectType || !aData || gsObjectMap.contains(anIdx))
+        return;
+    const KxParamKeyframeVector keyframes = aData->getDefaultKeyframes();
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    QString stepText;
+    const double step = getCalibrationStep(stepText);
+
+    OvGsRelativeDistance* item = newLine(QString(), QString::fromLatin1(linePattern).arg(counter++));
+    item->manipulator = this;
+    item->setName(getItemName(anIdx));
+    item->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
+    item->setPos(keyframeValue(keyframes, 3).toPoint() - getViewOrigin());
+    item->setVisible(keyframeValue(keyframes, 0).toBool());
+    item->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
+    lineRestored(item, aData);
+    applyStoredGeometry(item, descr->getValue(keyframes, QString::fromLatin1(kind.geometryKey)));
+    item->setPenStyle(Qt::SolidLine, descr->getValue(keyframes, QStringLiteral("w")).toInt());
+    item->setStep(step, stepText);
+    item->setLabelFontPixSize(descr->getValue(keyframes, QStringLiteral("fs")).toInt());
+    item->adjustScale(editor->scale());
+    gsObjectMap.insert(anIdx, item);
+    editor->update();
+}
+
+void OvGsManipRelative::objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
+{
+    KxGsObject* current = editor->getCurrentObject();
+    if (aType == kind.objectType && aData) {
+        // Undo and redo bring the stored state back to the item first.
+        if (KxGsObject* obj = gsObjectMap.value(anIdx)) {
+            auto* line = static_cast<OvGsRelativeDistance*>(obj);
+            const KxParamKeyframeVector keyframes = aData->getKeyframesAt(kernelData->getCurrentFrame());
+            line->setPos(keyframeValue(keyframes, 3).toPoint() - getViewOrigin());
+            applyStoredGeometry(line, getDescriptor()->getValue(keyframes, QString::fromLatin1(kind.geometryKey)));
+            line->setVisible(keyframeValue(keyframes, 0).toBool());
+            line->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
+            line->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
+            updateDisplayValue(line, keyframeValue(keyframes, 2).toString(), true, true);
+            line->ensureLabelVisible();
+            if (line->isBase)
+                writtenBaseVectors.insert(line, line->vector);
+            if (current == line)
+                updateGuiFromObjectData(aData);
+        }
+    }
+
+    if (aType == getConnectedObjectType() && current && current->type() == aType) {
+        const BaseLookup lookup(this);
+        const QString name = static_cast<OvGsDistance*>(current)->lineName;
+        for (KxGsObject* obj : gsObjectMap) {
+            auto* line = static_cast<OvGsRelativeDistance*>(obj);
+            if (line->baseName == name && takeBase(current))
+                placeOnBase(line);
+        }
+        writeMeasuredLines();
+    } else if (aType == kind.objectType && isOwnLine(current)) {
+        auto* base = static_cast<OvGsRelativeDistance*>(current);
+        if (base->isBase) {
+            takeBase(base);
+            for (KxGsObject* obj : gsObjectMap) {
+                auto* line = static_cast<OvGsRelativeDistance*>(obj);
+                if (line->baseName == base->lineName)
+                    placeOnBase(line);
+            }
+        } else {
+            refreshObject(base);
+        }
+    }
+    editor->update();
+}
+
+void OvGsManipRelative::recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce)
+{
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    const QString geometryKey = QString::fromLatin1(kind.geometryKey);
+    const QMap<int, KxKernelObjectData*> objects = kernelData->getObjectsOfType(kind.objectType);
+    const BaseLookup lookup(this);
+    for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
+        if (!it.value()->animated && !aForce)
+            continue;
+        KxGsObject* obj = gsObjectMap.value(it.key());
+        if (!obj)
+            continue;
+        auto* line = static_cast<OvGsRelativeDistance*>(obj);
+        const KxParamKeyframeVector keyframes = it.value()->getKeyframesAt(aFrame);
+        line->setPos(keyframeValue(keyframes, 3).toPoint() - anOrigin);
+        applyStoredGeometry(line, descr->getValue(keyframes, geometryKey));
+        const QString name = keyframeValue(keyframes, 2).toString();
+        showLineValue(line, it.key(), name);
+        line->setDisplayedValueName(name);
+        line->update();
+        line->ensureLabelVisible();
+    }
+    editor->update();
+}
+
+void OvGsManipRelative::rescaleItems(double aFactor)
+{
+    for (KxGsObject* obj : gsObjectMap) {
+        auto* line = static_cast<OvGsRelativeDistance*>(obj);
+        if (!storesVector(line))
+            line->setVector(line->vector * aFactor);
+    }
+}
+
+void OvGsManipRelative::slotObjectBeforeRemoveInKernel(int aType, int anIdx)
+{
+    QString removed;
+    bool mayBeNamed = false;
+    if (aType == kind.objectType) {
+        if (KxGsObject* obj = gsObjectMap.value(anIdx)) {
+            auto* line = static_cast<OvGsRelativeDistance*>(obj);
+            removed = line->lineName;
+            // Only bases are named by other lines.
+            mayBeNamed = line->isBase;
+        }
+    } else if (aType == getConnectedObjectType()) {
+        KxGsManipulator* owner = kernelData->getManipulator(aType);
+        KxGsObject* obj = owner ? owner->getGsObject(anIdx) : nullptr;
+        if (obj && obj->type() == aType) {
+            removed = static_cast<OvGsDistance*>(obj)->lineName;
+            mayBeNamed = removed.contains(QLatin1String("Distance_Line_"));
+        }
+    } else {
+        return;
+    }
+
+    if (!removed.isEmpty()) {
+        if (isOwnLine(editor->getCurrentObject()) && gsObjectMap.key(editor->getCurrentObject(), -1) >= 0)
+            editor->setCurrentObject(nullptr, false);
+        if (mayBeNamed && kernelData->commandsAllowed()) {
+            // Removing a measured line never makes another line name the
+            // removed object, so one pass in index order finds what a walk
+            // restarting after every removal would, in the same order.
+            QList<int> dependants;
+            for (auto it = gsObjectMap.cbegin(); it != gsObjectMap.cend(); ++it) {
+                if (static_cast<OvGsRelativeDistance*>(it.value())->baseName == removed)
+                    dependants.append(it.key());
+            }
+            for (int idx : dependants) {
+                if (!gsObjectMap.contains(idx))
+                    continue;
+                pushOwnCommand(new CmdRemoveObject(kind.objectType, idx));
+                dropGsObject(idx);
+            }
+        }
+    }
+
+    // The departing object's own item goes with it, whoever removes it.
+    if (aType == kind.objectType) {
+        if (KxGsObject* obj = gsObjectMap.value(anIdx)) {
+            lineLeaving(static_cast<OvGsRelativeDistance*>(obj), kernelData->getObject(aType, anIdx));
+            writtenBaseVectors.remove(static_cast<OvGsRelativeDistance*>(obj));
+            dropGsObject(anIdx);
+        }
+    }
+    editor->update();
+}
+
+OvGsManipFrame::Measure OvGsManipRelative::measureItem(const QString&, const KxGsObject* anItem) const
+{
+    return lengthFromPixels(lengthOf(static_cast<const OvGsRelativeDistance*>(anItem)->vector));
+}
+
+OvGsManipFrame::Measure OvGsManipRelative::measureKeyframes(const QString&,
+                                                            const KxParamKeyframeVector& aKeyframes) const
+{
+    const QVariant geometry = getDescriptor()->getValue(aKeyframes, QString::fromLatin1(kind.geometryKey));
+    return lengthFromPixels(lengthOf(geometry.toPointF()));
+}

@@ -1,0 +1,145 @@
+// Multiple and parallel distances in the viewer, end to end: ovviewer replays
+// a script through real mouse events and exports the stored values as CSV.
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+const QString kViewer = QStringLiteral(OV_BINARY_DIR "/bin/ovviewer");
+
+// A plain distance from (200, 300) to (600, 300) serves as base (the setting
+// is on): three perpendicular measurements at (250, 400), (300, 450) and
+// (700, 200), beyond its end, and two parallel ones at (300, 500) and
+// (400, 150). Then the distance is dragged 20 pixels down.
+const char* const kDrawAndMove = R"(tool distance
+press 200 300
+move 400 300
+move 600 300
+release 600 300
+tool multiple
+# select the distance, then measure against it
+click 400 300
+click 250 400
+click 300 450
+click 700 200
+tool parallel
+click 400 300
+click 300 500
+click 400 150
+press 400 300
+move 400 310
+move 400 320
+release 400 320
+)";
+
+// Rows "type,index,value,text" of the export, in export order.
+using Rows = QStringList;
+
+} // namespace
+
+class tst_ViewerRelative : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir dir;
+
+    // Runs the viewer on its sample (0.5 um per pixel) with aScript; the
+    // exported rows without header and unit, or the errors.
+    Rows run(const QString& aScript, bool aDistanceAsBase, QString* anErrors = nullptr)
+    {
+        const QString scriptFile = dir.filePath(QStringLiteral("relative.ovs"));
+        const QString csvFile = dir.filePath(QStringLiteral("relative.csv"));
+        const QString settingsFile = dir.filePath(QStringLiteral("relative.ini"));
+        QFile::remove(csvFile);
+        QFile::remove(settingsFile);
+        QFile script(scriptFile);
+        if (!script.open(QIODevice::WriteOnly | QIODevice::Truncate))
+            return {};
+        script.write(aScript.toUtf8());
+        script.close();
+        QFile settings(settingsFile);
+        if (!settings.open(QIODevice::WriteOnly))
+            return {};
+        settings.write(aDistanceAsBase ? "[General]\nDistanceAllowedAsBase=true\n" : "");
+        settings.close();
+
+        QProcess viewer;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        env.insert(QStringLiteral("OV_SETTINGS_FILE"), settingsFile);
+        viewer.setProcessEnvironment(env);
+        viewer.start(kViewer, { QStringLiteral("--script"), scriptFile, QStringLiteral("--export"), csvFile,
+                                QStringLiteral("--quit") });
+        if (!viewer.waitForFinished(120000)) {
+            viewer.kill();
+            return { QStringLiteral("viewer did not finish") };
+        }
+        if (anErrors)
+            *anErrors = QString::fromUtf8(viewer.readAllStandardError());
+        if (viewer.exitCode() != 0)
+            return { QStringLiteral("exit code %1").arg(viewer.exitCode()) };
+        QFile csv(csvFile);
+        if (!csv.open(QIODevice::ReadOnly))
+            return { QStringLiteral("no export") };
+        QStringList lines = QString::fromUtf8(csv.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        if (lines.isEmpty() || lines.takeFirst() != QLatin1String("type,index,value_name,value,unit,text"))
+            return { QStringLiteral("bad header") };
+        Rows rows;
+        for (const QString& line : lines) {
+            const QStringList fields = line.split(QLatin1Char(','));
+            rows << QStringList{ fields.value(0), fields.value(1), fields.value(3), fields.value(5) }.join(',');
+        }
+        return rows;
+    }
+
+private slots:
+    void initTestCase() { QVERIFY(dir.isValid()); }
+
+    // After the move every measurement was written against the moved base:
+    // 100 - 20, 150 - 20 and 100 + 20 pixels perpendicular, 200 - 20 and
+    // 150 + 20 pixels parallel. Removing the base removes all five first;
+    // undoing the six steps brings everything back as it was.
+    void baseWithPerpendicularAndParallelMeasurements_data()
+    {
+        QTest::addColumn<QString>("tail");
+        QTest::addColumn<Rows>("rows");
+        const Rows moved{ "66653,1,200,200.00 μm", "66658,1,40,40.000 μm", "66658,2,65,65.000 μm",
+                          "66658,3,60,60.000 μm", "66659,1,90,90.000 μm", "66659,2,85,85.000 μm" };
+        QTest::newRow("moved") << QString() << moved;
+        QTest::newRow("removed") << QStringLiteral("delete\n") << Rows();
+        QTest::newRow("removed, one undo brings the base back")
+            << QStringLiteral("delete\nundo\n") << Rows{ "66653,1,200,200.00 μm" };
+        QTest::newRow("removed and undone")
+            << QStringLiteral("delete\nundo\nundo\nundo\nundo\nundo\nundo\n") << moved;
+        QTest::newRow("removed, undone and redone")
+            << QStringLiteral("delete\nundo\nundo\nundo\nundo\nundo\nundo\nredo\nredo\nredo\nredo\nredo\nredo\n")
+            << Rows();
+        QTest::newRow("the move undone") << QStringLiteral("undo\nundo\nundo\nundo\nundo\nundo\n")
+            << Rows{ "66653,1,200,200.00 μm", "66658,1,50,50.000 μm", "66658,2,75,75.000 μm",
+                     "66658,3,50,50.000 μm", "66659,1,100,100.00 μm", "66659,2,75,75.000 μm" };
+    }
+
+    void baseWithPerpendicularAndParallelMeasurements()
+    {
+        QFETCH(QString, tail);
+        QFETCH(Rows, rows);
+        QString errors;
+        QCOMPARE(run(QString::fromLatin1(kDrawAndMove) + tail, true, &errors), rows);
+    }
+
+    // Without the setting the lines of each kind measure against a base of
+    // their own kind; the base's row has no value.
+    void ownBasesWithoutTheSetting()
+    {
+        const Rows rows = run(QStringLiteral("tool multiple\npress 200 300\nmove 400 300\nmove 600 300\n"
+                                             "release 600 300\nclick 250 400\n"
+                                             "tool parallel\npress 200 700\nmove 400 700\nmove 600 700\n"
+                                             "release 600 700\nclick 300 800\n"),
+                              false);
+        QCOMPARE(rows, (Rows{ "66658,1,,", "66658,2,50,50.000 μm", "66659,1,,", "66659,2,50,50.000 μm" }));
+    }
+};
+
+QTEST_MAIN(tst_ViewerRelative)
+#include "tst_viewer_relative.moc"
