@@ -23,7 +23,9 @@ OvResultsDock::OvResultsDock(QWidget* aParent)
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table->setAlternatingRowColors(true);
     table->verticalHeader()->hide();
-    table->horizontalHeader()->setStretchLastSection(true);
+    // The label text takes the room that is left; the frame stays narrow.
+    table->horizontalHeader()->setStretchLastSection(false);
+    table->horizontalHeader()->setSectionResizeMode(OvResultsModel::TextColumn, QHeaderView::Stretch);
     table->setContextMenuPolicy(Qt::ActionsContextMenu);
     setWidget(table);
 

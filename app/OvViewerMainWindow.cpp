@@ -227,7 +227,22 @@ bool OvViewerMainWindow::openImages(const QStringList& aFileNames, QString* anEr
                                        .arg(name).arg(image.width()).arg(image.height())
                                  : tr("Opened %1 (%2 x %3 pixels)").arg(name).arg(image.width()).arg(image.height()),
                              5000);
+    offerSavedMeasurements();
     return true;
+}
+
+void OvViewerMainWindow::offerSavedMeasurements()
+{
+    const QString saved = OvMeasurementFile::defaultPathFor(currentFile);
+    if (!interactive || saved.isEmpty() || !QFileInfo::exists(saved))
+        return;
+    const auto answer = QMessageBox::question(this, tr("Ov Viewer"),
+                                              tr("Measurements were saved with this picture (%1). Open them?")
+                                                  .arg(QFileInfo(saved).fileName()),
+                                              QMessageBox::Open | QMessageBox::Ignore, QMessageBox::Open);
+    QString error;
+    if (answer == QMessageBox::Open && !loadMeasurements(saved, &error))
+        reportError(error);
 }
 
 int OvViewerMainWindow::frameCount() const

@@ -99,6 +99,9 @@ private Q_SLOTS:
 
 private:
     void createMenus();
+    // Asks whether to open the measurements saved beside the picture, when
+    // there are some and the window is used interactively.
+    void offerSavedMeasurements();
     void updateTitle();
 
     OvCalibrationPage* calibrationPage;
