@@ -1,6 +1,11 @@
 #include "OvCalibrationPage.h"
 
+#include "OvNamedCalibrations.h"
+
+#include <QComboBox>
 #include <QDoubleSpinBox>
+#include <QHBoxLayout>
+#include <QLineEdit>
 #include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -11,6 +16,10 @@ OvCalibrationPage::OvCalibrationPage(QWidget* aParent)
     , theSBUmPerPixel(new QDoubleSpinBox(this))
     , theTLSource(new QLabel(this))
     , theApplyButton(new QPushButton(tr("Apply"), this))
+    , theCBNamed(new QComboBox(this))
+    , theUseNamedButton(new QPushButton(tr("Use"), this))
+    , theLENewName(new QLineEdit(this))
+    , theSaveNamedButton(new QPushButton(tr("Save"), this))
 {
     setObjectName(QStringLiteral("OvCalibrationPage"));
     theSBUmPerPixel->setObjectName(QStringLiteral("theSBUmPerPixel"));
@@ -32,9 +41,60 @@ OvCalibrationPage::OvCalibrationPage(QWidget* aParent)
                                     "once this is set."), this));
     layout->addLayout(form);
     layout->addWidget(theApplyButton, 0, Qt::AlignRight);
+
+    theCBNamed->setObjectName(QStringLiteral("theCBNamed"));
+    theUseNamedButton->setObjectName(QStringLiteral("theUseNamedButton"));
+    theLENewName->setObjectName(QStringLiteral("theLENewName"));
+    theLENewName->setPlaceholderText(tr("e.g. 20x objective"));
+    theSaveNamedButton->setObjectName(QStringLiteral("theSaveNamedButton"));
+    auto* named = new QFormLayout;
+    auto* useRow = new QHBoxLayout;
+    useRow->addWidget(theCBNamed, 1);
+    useRow->addWidget(theUseNamedButton);
+    auto* saveRow = new QHBoxLayout;
+    saveRow->addWidget(theLENewName, 1);
+    saveRow->addWidget(theSaveNamedButton);
+    named->addRow(tr("Saved"), useRow);
+    named->addRow(tr("Save as"), saveRow);
+    layout->addSpacing(12);
+    layout->addWidget(new QLabel(tr("<b>Named calibrations</b>"), this));
+    layout->addLayout(named);
     layout->addStretch(1);
 
     connect(theApplyButton, &QPushButton::clicked, this, &OvCalibrationPage::slotApply);
+    connect(theUseNamedButton, &QPushButton::clicked, this, &OvCalibrationPage::slotUseNamed);
+    connect(theSaveNamedButton, &QPushButton::clicked, this, &OvCalibrationPage::slotSaveNamed);
+    connect(theLENewName, &QLineEdit::returnPressed, this, &OvCalibrationPage::slotSaveNamed);
+    reloadNamed();
+}
+
+void OvCalibrationPage::reloadNamed()
+{
+    const QString current = theCBNamed->currentData().toString();
+    theCBNamed->clear();
+    const QMap<QString, double> all = OvNamedCalibrations::all();
+    for (auto it = all.cbegin(); it != all.cend(); ++it)
+        theCBNamed->addItem(tr("%1 (%2 \u00B5m/px)").arg(it.key()).arg(it.value()), it.key());
+    theCBNamed->setCurrentIndex(qMax(0, theCBNamed->findData(current)));
+    theUseNamedButton->setEnabled(!all.isEmpty());
+}
+
+void OvCalibrationPage::slotUseNamed()
+{
+    const QMap<QString, double> all = OvNamedCalibrations::all();
+    const QString name = theCBNamed->currentData().toString();
+    if (all.contains(name))
+        Q_EMIT signalCalibrationRequested(all.value(name));
+}
+
+void OvCalibrationPage::slotSaveNamed()
+{
+    if (!OvNamedCalibrations::store(theLENewName->text(), theSBUmPerPixel->value()))
+        return;
+    const QString name = theLENewName->text().trimmed();
+    theLENewName->clear();
+    reloadNamed();
+    theCBNamed->setCurrentIndex(theCBNamed->findData(name));
 }
 
 void OvCalibrationPage::showCalibration(double anUmPerPixel, const QString& aSource)

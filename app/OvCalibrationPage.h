@@ -2,7 +2,9 @@
 
 #include <QWidget>
 
+class QComboBox;
 class QDoubleSpinBox;
+class QLineEdit;
 class QLabel;
 class QPushButton;
 
@@ -17,15 +19,23 @@ public:
 
     // Shows a calibration without emitting signalCalibrationRequested.
     void showCalibration(double anUmPerPixel, const QString& aSource);
+    // Re-reads the named calibrations into the list.
+    void reloadNamed();
 
 Q_SIGNALS:
     void signalCalibrationRequested(double anUmPerPixel);
 
 private Q_SLOTS:
     void slotApply();
+    void slotUseNamed();
+    void slotSaveNamed();
 
 private:
     QDoubleSpinBox* theSBUmPerPixel;
     QLabel* theTLSource;
     QPushButton* theApplyButton;
+    QComboBox* theCBNamed;
+    QPushButton* theUseNamedButton;
+    QLineEdit* theLENewName;
+    QPushButton* theSaveNamedButton;
 };

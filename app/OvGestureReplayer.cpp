@@ -115,10 +115,18 @@ bool OvGestureReplayer::execute(const OvScriptCommand& aCommand)
         window->undoStack()->redo();
         return true;
     case OvScriptCommand::Frame:
-        KxKernelData::getInstance()->setCurrentFrame(qint64(aCommand.number));
+        // A series shows the frame's picture too; a single picture only
+        // moves the store, so animated measurements can be scripted on it.
+        if (window->frameCount() > 1) {
+            if (!window->showFrame(int(aCommand.number)))
+                return fail(QStringLiteral("frame %1 is not in the series of %2 frames")
+                                .arg(aCommand.number).arg(window->frameCount()));
+        } else {
+            KxKernelData::getInstance()->setCurrentFrame(qint64(aCommand.number));
+        }
         return true;
     case OvScriptCommand::Calibrate:
-        window->setCalibration(aCommand.number);
+        window->requestCalibration(aCommand.number);
         return true;
     }
     return fail(QStringLiteral("unsupported command"));

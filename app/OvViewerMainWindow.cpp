@@ -1,18 +1,30 @@
 #include "OvViewerMainWindow.h"
 
 #include "KxGsEditor.h"
+#include "KxGsObject.h"
 #include "KxKernelData.h"
+#include "KxKernelObjectData.h"
 #include "KxMediaInfo.h"
 #include "KxSignalCenter.h"
+#include "OvCalibrateCommand.h"
+#include "OvCalibrationLineManipulator.h"
 #include "OvCalibrationPage.h"
+#include "OvFrameBar.h"
+#include "OvLineCalibrationDialog.h"
+#include "OvMeasurementFile.h"
+#include "OvNamedCalibrations.h"
+#include "OvResultsDock.h"
 #include "OvDeviceSetManager.h"
 #include "OvMeasurementExporter.h"
 #include "OvToolBase.h"
+#include "KxGsManipulator.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGraphicsView>
 #include <QImageReader>
 #include <QKeySequence>
 #include <QLabel>
@@ -21,6 +33,7 @@
 #include <QMessageBox>
 #include <QStatusBar>
 #include <QTextStream>
+#include <QToolBar>
 #include <QUndoStack>
 #include <QUndoView>
 
@@ -41,13 +54,16 @@ OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
     : OvGuiMainWindowBase(aParent)
     , calibrationPage(new OvCalibrationPage)
     , historyView(new QUndoView(getUndoStack()))
+    , results(new OvResultsDock(this))
+    , frameBar(new OvFrameBar(this))
+    , calibrationLine(new OvCalibrationLineManipulator(this))
     , calibrationLabel(new QLabel(this))
 {
     initViewerResources();
     setObjectName(QStringLiteral("OvViewerMainWindow"));
     addConfigurationPage(QString::fromLatin1(kDeviceConfiguration), calibrationPage, tr("Device Configuration"));
     connect(calibrationPage, &OvCalibrationPage::signalCalibrationRequested, this,
-            &OvViewerMainWindow::setCalibration);
+            &OvViewerMainWindow::requestCalibration);
 
     historyView->setObjectName(QStringLiteral("historyView"));
     historyView->setEmptyLabel(tr("<picture opened>"));
@@ -56,6 +72,22 @@ OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
     historyDock->setWidget(historyView);
     addDockWidget(Qt::RightDockWidgetArea, historyDock);
     resizeDocks({ getToolDock(), historyDock }, { 640, 240 }, Qt::Vertical);
+    addDockWidget(Qt::BottomDockWidgetArea, results);
+    resizeDocks({ results }, { 170 }, Qt::Vertical);
+    connect(results, &OvResultsDock::signalMeasurementActivated, this, &OvViewerMainWindow::slotShowMeasurement);
+    connect(calibrationLine, &OvCalibrationLineManipulator::signalLineDrawn, this,
+            &OvViewerMainWindow::askLineCalibration);
+    connect(calibrationLine, &OvCalibrationLineManipulator::signalCancelled, this,
+            [this] { statusBar()->clearMessage(); });
+
+    auto* frames = new QToolBar(tr("Frames"), this);
+    frames->setObjectName(QStringLiteral("framesToolBar"));
+    frames->setMovable(false);
+    frames->addWidget(frameBar);
+    addToolBar(Qt::BottomToolBarArea, frames);
+    connect(frameBar, &OvFrameBar::signalFrameRequested, this, [this](int aFrame) { showFrame(aFrame); });
+    frameToolBar = frames;
+    frames->hide();
 
     statusBar()->addPermanentWidget(calibrationLabel);
     createMenus();
@@ -78,7 +110,11 @@ void OvViewerMainWindow::createMenus()
         if (!openImage(sampleImagePath(), &error))
             reportError(error);
     });
-    file->addAction(tr("&Export Values..."), this, &OvViewerMainWindow::slotExportValues);
+    file->addSeparator();
+    file->addAction(tr("Open &Measurements..."), this, &OvViewerMainWindow::slotOpenMeasurements);
+    QAction* save = file->addAction(tr("Sa&ve Measurements..."), this, &OvViewerMainWindow::slotSaveMeasurements);
+    save->setShortcut(QKeySequence::Save);
+    file->addAction(tr("&Export Results..."), this, &OvViewerMainWindow::slotExportValues);
     file->addAction(tr("Save Screens&hot..."), this, &OvViewerMainWindow::slotSaveScreenshot);
     file->addSeparator();
     QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
@@ -97,12 +133,27 @@ void OvViewerMainWindow::createMenus()
         getConfigurationPanel()->show();
         getConfigurationList()->setCurrentRow(0);
     });
+    edit->addAction(tr("Calibrate from &Line..."), this, &OvViewerMainWindow::slotCalibrateFromLine);
 
     QMenu* viewMenu = menuBar()->addMenu(tr("&View"));
     viewMenu->addAction(tr("Zoom &In"), this, &OvGuiMainWindowBase::slotZoomIn)->setShortcut(QKeySequence::ZoomIn);
     viewMenu->addAction(tr("Zoom &Out"), this, &OvGuiMainWindowBase::slotZoomOut)->setShortcut(QKeySequence::ZoomOut);
     viewMenu->addAction(tr("&Fit"), this, &OvGuiMainWindowBase::slotZoomFit)->setShortcut(tr("Ctrl+0"));
     viewMenu->addAction(tr("&Actual Pixels"), this, &OvGuiMainWindowBase::slotZoomActual)->setShortcut(tr("Ctrl+1"));
+    viewMenu->addSeparator();
+    viewMenu->addAction(results->toggleViewAction());
+    viewMenu->addSeparator();
+    frameActions = new QActionGroup(this);
+    frameActions->setExclusive(false);
+    QAction* previous = viewMenu->addAction(tr("&Previous Frame"), frameBar, &OvFrameBar::slotPrevious);
+    previous->setShortcut(QKeySequence(Qt::Key_PageUp));
+    QAction* next = viewMenu->addAction(tr("&Next Frame"), frameBar, &OvFrameBar::slotNext);
+    next->setShortcut(QKeySequence(Qt::Key_PageDown));
+    QAction* play = viewMenu->addAction(tr("P&lay / Pause"), frameBar, &OvFrameBar::slotTogglePlay);
+    play->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Space));
+    for (QAction* action : { previous, next, play })
+        frameActions->addAction(action);
+    frameActions->setEnabled(false);
 }
 
 QStringList OvViewerMainWindow::loadPlugins()
@@ -134,37 +185,85 @@ OvToolBase* OvViewerMainWindow::measurementTool() const
 
 bool OvViewerMainWindow::openImage(const QString& aFileName, QString* anError)
 {
-    QImageReader reader(aFileName);
-    reader.setAutoTransform(true);
-    const QImage image = reader.read();
-    if (image.isNull()) {
-        if (anError) {
-            *anError = QFileInfo::exists(aFileName)
-                           ? tr("Cannot open %1: %2").arg(aFileName, reader.errorString())
-                           : tr("Cannot open %1: the file does not exist").arg(aFileName);
-        }
+    return openImages({ aFileName }, anError);
+}
+
+bool OvViewerMainWindow::openImages(const QStringList& aFileNames, QString* anError)
+{
+    OvImageSequence opened;
+    if (!opened.open(aFileNames, anError))
         return false;
-    }
+    const QImage image = opened.frame(0);
+    sequence = opened;
 
     bool ok = false;
     double umPerPixel = image.text(QString::fromLatin1(kCalibrationKey)).toDouble(&ok);
     if (!ok || !std::isfinite(umPerPixel) || umPerPixel <= 0.0)
         umPerPixel = 0.0;
 
+    const QString fileName = sequence.firstFile();
     KxMediaInfo media;
-    media.setFileName(aFileName);
+    media.setFileName(fileName);
     media.setParameter(KxMediaInfo::MetaImageSource, int(KxMediaInfo::SourceFile));
     media.setUmPerPixel(umPerPixel);
+    // A series of pictures is not a video file (those cannot be measured):
+    // it is a picture with frames, on which the host animates every
+    // measurement.
+    media.setFrameCount(sequence.frameCount());
 
     getUndoStack()->clear();
     getEditor()->setCurrentObject(nullptr, false);
     setImage(image);
-    currentFile = aFileName;
+    currentFile = fileName;
     KxKernelData::getInstance()->loadMedia(media, image.size());
-    calibrationPage->showCalibration(umPerPixel, QFileInfo(aFileName).fileName());
+    frameBar->setFrameCount(sequence.frameCount());
+    frameToolBar->setVisible(sequence.frameCount() > 1);
+    frameActions->setEnabled(sequence.frameCount() > 1);
+    calibrationPage->showCalibration(umPerPixel, QFileInfo(fileName).fileName());
     updateTitle();
-    statusBar()->showMessage(tr("Opened %1 (%2 x %3 pixels)").arg(QFileInfo(aFileName).fileName())
-                                 .arg(image.width()).arg(image.height()), 5000);
+    const QString name = QFileInfo(fileName).fileName();
+    statusBar()->showMessage(sequence.frameCount() > 1
+                                 ? tr("Opened %1 frames from %2 (%3 x %4 pixels)").arg(sequence.frameCount())
+                                       .arg(name).arg(image.width()).arg(image.height())
+                                 : tr("Opened %1 (%2 x %3 pixels)").arg(name).arg(image.width()).arg(image.height()),
+                             5000);
+    offerSavedMeasurements();
+    return true;
+}
+
+void OvViewerMainWindow::offerSavedMeasurements()
+{
+    const QString saved = OvMeasurementFile::defaultPathFor(currentFile);
+    if (!interactive || saved.isEmpty() || !QFileInfo::exists(saved))
+        return;
+    const auto answer = QMessageBox::question(this, tr("Ov Viewer"),
+                                              tr("Measurements were saved with this picture (%1). Open them?")
+                                                  .arg(QFileInfo(saved).fileName()),
+                                              QMessageBox::Open | QMessageBox::Ignore, QMessageBox::Open);
+    QString error;
+    if (answer == QMessageBox::Open && !loadMeasurements(saved, &error))
+        reportError(error);
+}
+
+int OvViewerMainWindow::frameCount() const
+{
+    return qMax(1, sequence.frameCount());
+}
+
+bool OvViewerMainWindow::showFrame(int aFrame)
+{
+    if (aFrame < 0 || aFrame >= frameCount())
+        return false;
+    if (sequence.frameCount() > 1) {
+        const QImage image = sequence.frame(aFrame);
+        if (image.isNull()) {
+            reportError(tr("Cannot read frame %1 of %2").arg(aFrame + 1).arg(QFileInfo(currentFile).fileName()));
+            return false;
+        }
+        getEditor()->setImage(image);
+        frameBar->showFrame(aFrame);
+    }
+    KxKernelData::getInstance()->setCurrentFrame(aFrame);
     return true;
 }
 
@@ -204,12 +303,14 @@ void OvViewerMainWindow::reportError(const QString& aMessage)
 
 void OvViewerMainWindow::slotOpen()
 {
-    const QString file = QFileDialog::getOpenFileName(this, tr("Open Picture"), QString(),
+    // Several pictures open as the frames of one time series, in name order.
+    QStringList files = QFileDialog::getOpenFileNames(this, tr("Open Pictures"), QString(),
                                                       tr("Pictures (*.png *.jpg *.jpeg *.tif *.tiff *.bmp)"));
-    if (file.isEmpty())
+    if (files.isEmpty())
         return;
+    files.sort();
     QString error;
-    if (!openImage(file, &error))
+    if (!openImages(files, &error))
         reportError(error);
 }
 
@@ -230,4 +331,112 @@ void OvViewerMainWindow::slotSaveScreenshot()
                                                       tr("PNG (*.png)"));
     if (!file.isEmpty() && !grab().save(file))
         reportError(tr("Cannot write %1").arg(file));
+}
+
+void OvViewerMainWindow::requestCalibration(double anUmPerPixel)
+{
+    if (!std::isfinite(anUmPerPixel) || anUmPerPixel < 0.0)
+        anUmPerPixel = 0.0;
+    const double old = calibration();
+    if (anUmPerPixel == old)
+        return;
+    getUndoStack()->push(new OvCalibrateCommand(this, old, anUmPerPixel));
+}
+
+bool OvViewerMainWindow::calibrateFromLine(double aPixels, double aLength, int aUnit, const QString& aName,
+                                           QString* anError)
+{
+    const double um = OvLineCalibrationDialog::umPerPixel(aPixels, aLength, aUnit);
+    if (um <= 0.0) {
+        if (anError)
+            *anError = tr("A calibration needs a line and a true length above 0");
+        return false;
+    }
+    requestCalibration(um);
+    if (!aName.trimmed().isEmpty()) {
+        OvNamedCalibrations::store(aName, um);
+        calibrationPage->reloadNamed();
+    }
+    statusBar()->showMessage(tr("Calibrated: %1 \u00B5m per pixel").arg(um, 0, 'g', 8), 5000);
+    return true;
+}
+
+bool OvViewerMainWindow::saveMeasurements(const QString& aFileName, QString* anError)
+{
+    if (!OvMeasurementFile::save(aFileName, anError))
+        return false;
+    getUndoStack()->setClean();
+    statusBar()->showMessage(tr("Measurements saved to %1").arg(aFileName), 5000);
+    return true;
+}
+
+bool OvViewerMainWindow::loadMeasurements(const QString& aFileName, QString* anError)
+{
+    QString warning;
+    if (!OvMeasurementFile::load(aFileName, this, anError, &warning))
+        return false;
+    getEditor()->setCurrentObject(nullptr, false);
+    if (!warning.isEmpty())
+        reportError(warning);
+    else
+        statusBar()->showMessage(tr("Measurements opened from %1").arg(aFileName), 5000);
+    return true;
+}
+
+void OvViewerMainWindow::slotSaveMeasurements()
+{
+    QString suggestion = OvMeasurementFile::defaultPathFor(currentFile);
+    if (suggestion.isEmpty())
+        suggestion = QStringLiteral("measurements.measurements.json");
+    const QString file = QFileDialog::getSaveFileName(this, tr("Save Measurements"), suggestion,
+                                                      tr("Measurements (*.json)"));
+    QString error;
+    if (!file.isEmpty() && !saveMeasurements(file, &error))
+        reportError(error);
+}
+
+void OvViewerMainWindow::slotOpenMeasurements()
+{
+    const QString file = QFileDialog::getOpenFileName(this, tr("Open Measurements"),
+                                                      OvMeasurementFile::defaultPathFor(currentFile),
+                                                      tr("Measurements (*.json)"));
+    QString error;
+    if (!file.isEmpty() && !loadMeasurements(file, &error))
+        reportError(error);
+}
+
+void OvViewerMainWindow::slotCalibrateFromLine()
+{
+    // A distance line already drawn over the scale bar is taken as it is;
+    // otherwise the user drags one, which works on an uncalibrated picture too.
+    const double pixels = OvLineCalibrationDialog::selectedLinePixels(getEditor());
+    if (pixels > 0.0) {
+        askLineCalibration(pixels);
+        return;
+    }
+    statusBar()->showMessage(tr("Drag a line over the scale bar or stage micrometer to calibrate from "
+                                "(Esc cancels)"));
+    getEditor()->setOverrideManipulator(calibrationLine);
+}
+
+void OvViewerMainWindow::askLineCalibration(double aPixels)
+{
+    statusBar()->clearMessage();
+    OvLineCalibrationDialog dialog(aPixels, this);
+    const bool accepted = lineCalibrationAnswer ? lineCalibrationAnswer(dialog) : dialog.exec() == QDialog::Accepted;
+    QString error;
+    if (accepted
+        && !calibrateFromLine(dialog.linePixels(), dialog.trueLength(), dialog.unit(), dialog.calibrationName(),
+                              &error))
+        reportError(error);
+}
+
+void OvViewerMainWindow::slotShowMeasurement(int aType, int anIndex)
+{
+    KxGsManipulator* manipulator = KxKernelData::getInstance()->getManipulator(aType);
+    KxGsObject* item = manipulator ? manipulator->getGsObject(anIndex) : nullptr;
+    if (!item)
+        return;
+    getEditor()->setCurrentObject(item, false);
+    getView()->ensureVisible(item);
 }

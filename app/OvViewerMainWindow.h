@@ -1,11 +1,20 @@
 #pragma once
 
 #include "OvGuiMainWindowBase.h"
+#include "OvImageSequence.h"
 #include "OvPluginHost.h"
 
 #include <QStringList>
 
+#include <functional>
+
+class OvCalibrationLineManipulator;
 class OvCalibrationPage;
+class OvLineCalibrationDialog;
+class OvFrameBar;
+class QActionGroup;
+class QToolBar;
+class OvResultsDock;
 class OvToolBase;
 class QLabel;
 class QUndoView;
@@ -28,11 +37,39 @@ public:
     // False with a message when the file is missing or unreadable; the
     // current picture then stays.
     bool openImage(const QString& aFileName, QString* anError);
+    // Opens several pictures (or one multi-page TIFF) as the frames of one
+    // video; a single one-page picture as openImage(). All frames must have
+    // the same size. The store goes to frame 0.
+    bool openImages(const QStringList& aFileNames, QString* anError);
+    // 1 for a single picture.
+    int frameCount() const;
+    // Shows frame aFrame (from 0) and moves the store to it; false when out
+    // of range or unreadable (the current frame then stays).
+    bool showFrame(int aFrame);
+    OvFrameBar* getFrameBar() const { return frameBar; }
 
     // Calibrates the current picture (micrometres per pixel; 0 or less:
     // uncalibrated) and lets every tool know.
     void setCalibration(double anUmPerPixel);
     double calibration() const;
+    // As setCalibration, as one undo step ("Calibrate ..."); nothing for the
+    // calibration already in use.
+    void requestCalibration(double anUmPerPixel);
+    // Calibrates from a line of aPixels that is aLength in aUnit (an
+    // OvLineCalibrationDialog unit) long, as one undo step, and keeps the
+    // result under aName when one is given. False with a message for lengths
+    // that give no calibration.
+    bool calibrateFromLine(double aPixels, double aLength, int aUnit, const QString& aName, QString* anError);
+
+    // The measurements of the picture as a file (see OvMeasurementFile).
+    bool saveMeasurements(const QString& aFileName, QString* anError);
+    // A warning (another picture size) goes to the status bar and standard error.
+    bool loadMeasurements(const QString& aFileName, QString* anError);
+    OvResultsDock* resultsDock() const { return results; }
+    OvCalibrationLineManipulator* calibrationLineTool() const { return calibrationLine; }
+    // Answers the calibration-from-line dialog instead of showing it (tests):
+    // fills it in and returns whether it was accepted.
+    std::function<bool(OvLineCalibrationDialog&)> lineCalibrationAnswer;
 
     QUndoStack* undoStack() const { return getUndoStack(); }
     // The Measurement tool entry, null when the plug-in did not add it.
@@ -47,17 +84,34 @@ public:
 
     void setInteractive(bool anInteractive) { interactive = anInteractive; }
 
+public Q_SLOTS:
+    // Calibrates from the selected distance line, or lets the user drag one.
+    void slotCalibrateFromLine();
+
 private Q_SLOTS:
     void slotOpen();
     void slotExportValues();
     void slotSaveScreenshot();
+    void slotSaveMeasurements();
+    void slotOpenMeasurements();
+    void askLineCalibration(double aPixels);
+    void slotShowMeasurement(int aType, int anIndex);
 
 private:
     void createMenus();
+    // Asks whether to open the measurements saved beside the picture, when
+    // there are some and the window is used interactively.
+    void offerSavedMeasurements();
     void updateTitle();
 
     OvCalibrationPage* calibrationPage;
     QUndoView* historyView;
+    OvResultsDock* results;
+    OvFrameBar* frameBar;
+    OvCalibrationLineManipulator* calibrationLine;
+    QToolBar* frameToolBar = nullptr;
+    QActionGroup* frameActions = nullptr;
+    OvImageSequence sequence;
     QLabel* calibrationLabel;
     QList<OvPluginHost::Plugin> plugins;
     QString currentFile;

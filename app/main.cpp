@@ -68,7 +68,13 @@ int main(int argc, char* argv[])
     const QCommandLineOption scaling(QStringLiteral("scaling"),
                                      QStringLiteral("Interface scale of the tool panels in percent (remembered)."),
                                      QStringLiteral("PERCENT"));
-    parser.addOptions({ calibration, script, exportCsv, screenshot, quit, demo, scaling });
+    const QCommandLineOption load(QStringLiteral("load"),
+                                  QStringLiteral("Open saved measurements for the picture (before the script)."),
+                                  QStringLiteral("FILE.json"));
+    const QCommandLineOption save(QStringLiteral("save"),
+                                  QStringLiteral("Save the measurements (after the script)."),
+                                  QStringLiteral("FILE.json"));
+    parser.addOptions({ calibration, script, exportCsv, screenshot, quit, demo, scaling, load, save });
     parser.process(app);
 
     if (parser.isSet(scaling)) {
@@ -86,13 +92,12 @@ int main(int argc, char* argv[])
     window.setInteractive(!batch);
     window.loadPlugins();
 
-    const QStringList images = parser.positionalArguments();
-    if (images.size() > 1)
-        return complain(QStringLiteral("only one picture can be opened, got %1").arg(images.size()), ExitBadInput);
-    const QString imageFile = images.isEmpty() || parser.isSet(demo) ? OvViewerMainWindow::sampleImagePath()
-                                                                     : images.first();
+    // Several pictures open as the frames of one time series.
+    QStringList images = parser.positionalArguments();
+    if (images.isEmpty() || parser.isSet(demo))
+        images = QStringList{ OvViewerMainWindow::sampleImagePath() };
     QString error;
-    if (!window.openImage(imageFile, &error)) {
+    if (!window.openImages(images, &error)) {
         window.reportError(error);
         if (batch)
             return ExitBadInput;
@@ -111,6 +116,12 @@ int main(int argc, char* argv[])
         } else {
             window.setCalibration(value);
         }
+    }
+
+    if (parser.isSet(load) && !window.loadMeasurements(parser.value(load), &error)) {
+        window.reportError(error);
+        if (batch)
+            return ExitBadInput;
     }
 
     window.show();
@@ -138,6 +149,10 @@ int main(int argc, char* argv[])
         QApplication::processEvents();
     }
 
+    if (parser.isSet(save) && !window.saveMeasurements(parser.value(save), &error)) {
+        window.reportError(error);
+        code = code == ExitOk ? ExitBadInput : code;
+    }
     if (parser.isSet(exportCsv) && !OvMeasurementExporter::writeCsv(parser.value(exportCsv), &error)) {
         window.reportError(error);
         code = code == ExitOk ? ExitBadInput : code;

@@ -382,11 +382,15 @@ QVariant KxGsManipulator::getGsObjectParamValue(const KxGsObject* anObj, unsigne
 
 void KxGsManipulator::changeAnimationGsObject(KxGsObject* anObj, bool anAnimate, bool, bool)
 {
+    // Media with frames of its own (a picture series) animates every object,
+    // whatever the caller asks: a change made on one frame must not move the
+    // measurement on the others.
+    const bool animate = anAnimate || kernelData->getMediaInfo().getFrameCount() > 1;
     const int idx = getObjectIdx(anObj);
     KxKernelObjectData* data = idx >= 0 ? kernelData->getObject(getObjectType(), idx) : nullptr;
-    if (!data || data->animated == anAnimate)
+    if (!data || data->animated == animate)
         return;
-    data->animated = anAnimate;
+    data->animated = animate;
     kernelData->notifyObjectChanged(getObjectType(), idx);
 }
 

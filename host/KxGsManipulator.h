@@ -128,7 +128,8 @@ public:
     // when not stored or unknown.
     virtual QVariant getGsObjectParamValue(const KxGsObject* anObj, const QString& aName);
     virtual QVariant getGsObjectParamValue(const KxGsObject* anObj, unsigned int anId);
-    // Sets the kernel object's animated flag (the other flags are unused).
+    // Sets the kernel object's animated flag (the other flags are unused);
+    // on media with more than one frame objects are always animated.
     virtual void changeAnimationGsObject(KxGsObject* anObj, bool anAnimate, bool aKeepKeyframes, bool aRecreate);
     // Base: makes the item the editor's current object.
     virtual void editGsObject(KxGsObject* anObj, QPoint aPos);

@@ -1,0 +1,52 @@
+#include "OvResultsDock.h"
+
+#include "OvResultsModel.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QTableView>
+
+#include <algorithm>
+
+OvResultsDock::OvResultsDock(QWidget* aParent)
+    : QDockWidget(tr("Results"), aParent)
+    , resultsModel(new OvResultsModel(this))
+    , table(new QTableView(this))
+{
+    setObjectName(QStringLiteral("resultsDock"));
+    table->setObjectName(QStringLiteral("resultsView"));
+    table->setModel(resultsModel);
+    table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table->setAlternatingRowColors(true);
+    table->verticalHeader()->hide();
+    // The label text takes the room that is left; the frame stays narrow.
+    table->horizontalHeader()->setStretchLastSection(false);
+    table->horizontalHeader()->setSectionResizeMode(OvResultsModel::TextColumn, QHeaderView::Stretch);
+    table->setContextMenuPolicy(Qt::ActionsContextMenu);
+    setWidget(table);
+
+    auto* copy = new QAction(tr("&Copy"), table);
+    copy->setShortcut(QKeySequence::Copy);
+    copy->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    connect(copy, &QAction::triggered, this, &OvResultsDock::copyRows);
+    table->addAction(copy);
+
+    connect(table, &QTableView::clicked, this, [this](const QModelIndex& anIndex) {
+        Q_EMIT signalMeasurementActivated(anIndex.data(OvResultsModel::TypeRole).toInt(),
+                                          anIndex.data(OvResultsModel::IndexRole).toInt());
+    });
+    connect(resultsModel, &QAbstractItemModel::modelReset, table, [this] { table->resizeColumnsToContents(); });
+}
+
+void OvResultsDock::copyRows()
+{
+    QList<int> rows;
+    for (const QModelIndex& index : table->selectionModel()->selectedRows())
+        rows.append(index.row());
+    std::sort(rows.begin(), rows.end());
+    QApplication::clipboard()->setText(resultsModel->toTsv(rows));
+}

@@ -1,0 +1,186 @@
+// Every kind of measurement, brought back from the store (undo, redo,
+// removal undone, history jumps, frames, a saved file), is labelled exactly
+// as when it was drawn: through the real window and the real plug-in.
+#include "KxGsEditor.h"
+#include "KxGsManipulator.h"
+#include "KxKernelData.h"
+#include "KxKernelObjectData.h"
+#include "OvGestureReplayer.h"
+#include "OvGestureScript.h"
+#include "OvGsObject.h"
+#include "OvMeasurementExporter.h"
+#include "OvViewerMainWindow.h"
+
+#include <QGraphicsPixmapItem>
+#include <QGraphicsView>
+#include <QTemporaryDir>
+#include <QUndoStack>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+// What each stored measurement's label read right after it was drawn.
+using Labels = QMap<QPair<int, int>, QString>;
+
+Labels storedLabels()
+{
+    Labels labels;
+    KxKernelData* kernel = KxKernelData::getInstance();
+    for (int type : kernel->getObjectTypes()) {
+        KxGsManipulator* manipulator = kernel->getManipulator(type);
+        const QMap<int, KxKernelObjectData*> objects = kernel->getObjectsOfType(type);
+        for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
+            auto* item = dynamic_cast<OvGsObject*>(manipulator ? manipulator->getGsObject(it.key()) : nullptr);
+            labels.insert(qMakePair(type, it.key()), item ? item->getLabelText() : QStringLiteral("<no item>"));
+        }
+    }
+    return labels;
+}
+
+} // namespace
+
+class tst_LabelsFromStore : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir dir;
+    std::unique_ptr<OvViewerMainWindow> window;
+
+    void play(const QString& aScript)
+    {
+        OvGestureScript script;
+        QVERIFY2(script.parse(aScript), qPrintable(script.errorText()));
+        OvGestureReplayer replayer(window.get());
+        QVERIFY2(replayer.run(script), qPrintable(replayer.errorText()));
+    }
+
+    // The last measurement drawn (highest type, then index) and its item.
+    OvGsObject* lastItem() const
+    {
+        const Labels labels = storedLabels();
+        if (labels.isEmpty())
+            return nullptr;
+        const auto key = labels.lastKey();
+        return dynamic_cast<OvGsObject*>(KxKernelData::getInstance()->getManipulator(key.first)
+                                             ->getGsObject(key.second));
+    }
+
+    void step(const QString& aStep)
+    {
+        QUndoStack* stack = window->undoStack();
+        if (aStep == "undo") {
+            stack->undo();
+        } else if (aStep == "redo") {
+            stack->redo();
+        } else if (aStep == "delete") {
+            window->getEditor()->setCurrentObject(lastItem(), false);
+            window->getEditor()->deleteSelected();
+        } else if (aStep == "trash") {
+            OvGsObject* item = lastItem();
+            QVERIFY(item);
+            window->getEditor()->setCurrentObject(item, false);
+            QGraphicsView* view = window->getView();
+            const QPoint at = view->mapFromScene(item->getTrashButton()->sceneBoundingRect().center());
+            QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, at);
+        } else if (aStep == "start" || aStep == "end") {
+            // The history dock jumps straight to an index.
+            stack->setIndex(aStep == "start" ? 0 : stack->count());
+        } else if (aStep.startsWith("frame")) {
+            play(aStep.left(5) + ' ' + aStep.mid(5));
+        } else if (aStep == "reload") {
+            const QString file = dir.filePath("labels.json");
+            QString error;
+            QVERIFY2(window->saveMeasurements(file, &error), qPrintable(error));
+            QVERIFY2(window->loadMeasurements(file, &error), qPrintable(error));
+        }
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    // Each stored measurement has one item, its label shown, reading what it
+    // read when drawn, inside the picture; no other item is left on the editor.
+    void checkLabels(const Labels& aDrawn, const QString& aStep)
+    {
+        const Labels now = storedLabels();
+        for (auto it = now.cbegin(); it != now.cend(); ++it) {
+            const QString where = QStringLiteral("%1: type %2 index %3").arg(aStep).arg(it.key().first)
+                                      .arg(it.key().second);
+            QCOMPARE(it.value(), aDrawn.value(it.key()));
+            auto* item = dynamic_cast<OvGsObject*>(
+                KxKernelData::getInstance()->getManipulator(it.key().first)->getGsObject(it.key().second));
+            QVERIFY2(item && item->isLabelVisible() && item->getLabelRect().isValid(), qPrintable(where));
+            const QRectF label = item->mapRectToParent(item->getLabelRect());
+            QVERIFY2(window->getEditor()->getEditorArea().contains(label), qPrintable(where));
+        }
+        QCOMPARE(window->getEditor()->getAllChildGsObjects().size(), now.size());
+    }
+
+private slots:
+    void initTestCase()
+    {
+        window.reset(new OvViewerMainWindow);
+        QVERIFY(window->loadPlugins().isEmpty());
+        window->show();
+    }
+
+    void cleanupTestCase()
+    {
+        KxKernelData::getInstance()->removeAllObjects();
+        window.reset();
+    }
+
+    void init()
+    {
+        QString error;
+        QVERIFY2(window->openImage(OvViewerMainWindow::sampleImagePath(), &error), qPrintable(error));
+        window->slotZoomActual();
+    }
+
+    void labelsAsDrawn_data()
+    {
+        QTest::addColumn<QString>("drawing");
+        QTest::addColumn<QString>("steps");
+        // How each kind is drawn, by the gesture a user makes, in one unit; then,
+        // with nothing selected, another unit chosen on the panel, which must
+        // change none of them.
+        const QList<QPair<const char*, const char*>> kinds{
+            { "distance", "tool distance\nunit um\npress 300 300\nmove 360 380\nrelease 360 380\n"
+                          "select none\ntool distance\nunit nm\n" },
+        };
+        const QList<QPair<const char*, const char*>> sequences{
+            { "undo redo", "undo redo" },
+            { "delete undo", "delete undo" },
+            { "trash undo redo undo", "trash undo redo undo" },
+            { "history jumps", "start end start end" },
+            { "frames", "frame5 frame0 frame5" },
+            { "saved and opened", "reload" },
+        };
+        for (const auto& kind : kinds)
+            for (const auto& sequence : sequences)
+                QTest::addRow("%s: %s", kind.first, sequence.first) << QString(kind.second) << QString(sequence.second);
+    }
+
+    void labelsAsDrawn()
+    {
+        QFETCH(QString, drawing);
+        QFETCH(QString, steps);
+        const QString changeUnit = drawing.mid(drawing.lastIndexOf("select none\n"));
+        play(drawing.left(drawing.lastIndexOf("select none\n")) + "select none\n");
+        const Labels drawn = storedLabels();
+        QVERIFY(!drawn.isEmpty());
+        for (const QString& label : drawn)
+            QVERIFY2(label.contains(QString::fromUtf8("\u03bcm")) || label.contains("deg"), qPrintable(label));
+        const QString exported = OvMeasurementExporter::toCsv(OvMeasurementExporter::collect());
+        play(changeUnit + "tool none\n");
+        for (const QString& name : steps.split(' ')) {
+            step(name);
+            checkLabels(drawn, name);
+        }
+        if (storedLabels().size() == drawn.size())
+            QCOMPARE(OvMeasurementExporter::toCsv(OvMeasurementExporter::collect()), exported);
+    }
+};
+
+QTEST_MAIN(tst_LabelsFromStore)
+#include "tst_labelsfromstore.moc"
