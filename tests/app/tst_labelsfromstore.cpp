@@ -1,6 +1,7 @@
 // Every kind of measurement, brought back from the store (undo, redo,
 // removal undone, history jumps, frames, a saved file), is labelled exactly
 // as when it was drawn: through the real window and the real plug-in.
+#include "KxAppSettings.h"
 #include "KxGsEditor.h"
 #include "KxGsManipulator.h"
 #include "KxKernelData.h"
@@ -119,6 +120,7 @@ class tst_LabelsFromStore : public QObject
 private slots:
     void initTestCase()
     {
+        KxAppSettings::setValue(QStringLiteral("DistanceAllowedAsBase"), true);
         window.reset(new OvViewerMainWindow);
         QVERIFY(window->loadPlugins().isEmpty());
         window->show();
@@ -147,6 +149,32 @@ private slots:
         const QList<QPair<const char*, const char*>> kinds{
             { "distance", "tool distance\nunit um\npress 300 300\nmove 360 380\nrelease 360 380\n"
                           "select none\ntool distance\nunit nm\n" },
+            { "circle-distance", "tool circle\nunit um\nclick 300 300\nmove 330 340\nclick 330 340\n"
+                                 "move 380 300\nclick 380 300\n"
+                                 "press 600 300\nmove 650 300\nmove 700 300\nrelease 700 300\n"
+                                 "move 650 360\nclick 650 360\n"
+                                 "tool circle-distance\nunit um\nclick 345 305\nmove 500 300\nclick 655 305\n"
+                                 "select none\ntool circle\nunit nm\n" },
+            { "diameter", "tool diameter\nunit um\nclick 300 300\nmove 330 340\nclick 330 340\n"
+                          "move 380 300\nclick 380 300\nselect none\ntool diameter\nunit nm\n" },
+            { "angle", "tool angle\nclick 200 600\nmove 400 600\nclick 400 600\nclick 200 680\n"
+                       "move 200 500\nclick 200 500\nselect none\n" },
+            { "outer angle", "tool outer-angle\npress 700 600\nmove 900 600\nrelease 900 600\n"
+                             "press 700 680\nmove 700 500\nrelease 700 500\nselect none\n" },
+            { "free form", "tool free-form\npress 100 100\nmove 200 100\nmove 200 200\nmove 100 200\n"
+                           "release 100 200\nselect none\n" },
+            { "free line", "tool free-line\nunit um\nclick 500 100\nmove 600 100\nmove 600 200\n"
+                           "move 500 200\nclick 500 200\nselect none\ntool free-line\nunit nm\n" },
+            // Relative lines against a plain distance as base (a base of their
+            // own kind is stored without its line, so it cannot come back as
+            // drawn). Placing a line on its base labels it in the panel's unit,
+            // so these rows change no unit afterwards.
+            { "multiple", "tool distance\nunit um\npress 200 300\nmove 400 300\nmove 600 300\n"
+                          "release 600 300\ntool multiple\nclick 400 300\nclick 250 400\n"
+                          "click 700 200\nselect none\n" },
+            { "parallel", "tool distance\nunit um\npress 200 300\nmove 400 300\nmove 600 300\n"
+                          "release 600 300\ntool parallel\nclick 400 300\nclick 300 500\n"
+                          "click 400 150\nselect none\n" },
         };
         const QList<QPair<const char*, const char*>> sequences{
             { "undo redo", "undo redo" },
@@ -170,7 +198,8 @@ private slots:
         const Labels drawn = storedLabels();
         QVERIFY(!drawn.isEmpty());
         for (const QString& label : drawn)
-            QVERIFY2(label.contains(QString::fromUtf8("\u03bcm")) || label.contains("deg"), qPrintable(label));
+            QVERIFY2(label.contains(QString::fromUtf8("\u03bcm")) || label.contains("deg") || label.endsWith("base"),
+                     qPrintable(label));
         const QString exported = OvMeasurementExporter::toCsv(OvMeasurementExporter::collect());
         play(changeUnit + "tool none\n");
         for (const QString& name : steps.split(' ')) {
