@@ -8,10 +8,21 @@
 #include "OvDeviceSetManager.h"
 #include "OvMeasurementExporter.h"
 #include "OvToolBase.h"
+#include "OvUndoGrouper.h"
+#include "KxAppSettings.h"
+#include "KxGsManipulator.h"
+#include "KxLocalMagnifier.h"
 
 #include <QAction>
+#include <QCloseEvent>
 #include <QDockWidget>
+#include <QGraphicsScene>
+#include <QGraphicsView>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QScreen>
 #include <QFileDialog>
+#include <QDir>
 #include <QFileInfo>
 #include <QImageReader>
 #include <QKeySequence>
@@ -35,6 +46,10 @@ static void initViewerResources()
 namespace {
 const char kDeviceConfiguration[] = "Device Configuration";
 const char kCalibrationKey[] = "UmPerPixel";
+const char kKeyGeometry[] = "ViewerGeometry";
+const char kKeyWindowState[] = "ViewerWindowState";
+// Preferred window size; a smaller screen gets 92 % of its free area.
+const QSize kPreferredSize(1400, 900);
 }
 
 OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
@@ -42,6 +57,9 @@ OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
     , calibrationPage(new OvCalibrationPage)
     , historyView(new QUndoView(getUndoStack()))
     , calibrationLabel(new QLabel(this))
+    , zoomStatus(new QLabel(this))
+    , historyDockWidget(new QDockWidget(tr("History"), this))
+    , grouper(new OvUndoGrouper(getUndoStack(), this))
 {
     initViewerResources();
     setObjectName(QStringLiteral("OvViewerMainWindow"));
@@ -51,15 +69,30 @@ OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
 
     historyView->setObjectName(QStringLiteral("historyView"));
     historyView->setEmptyLabel(tr("<picture opened>"));
-    auto* historyDock = new QDockWidget(tr("History"), this);
+    QDockWidget* historyDock = historyDockWidget;
     historyDock->setObjectName(QStringLiteral("historyDock"));
     historyDock->setWidget(historyView);
     addDockWidget(Qt::RightDockWidgetArea, historyDock);
     resizeDocks({ getToolDock(), historyDock }, { 640, 240 }, Qt::Vertical);
 
+    zoomStatus->setObjectName(QStringLiteral("zoomLabel"));
+    statusBar()->addPermanentWidget(zoomStatus);
     statusBar()->addPermanentWidget(calibrationLabel);
     createMenus();
-    resize(1400, 1000);
+    // Not taller (or wider) than the screen: the status bar must stay on it.
+    QSize size = kPreferredSize;
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        const QSize available = screen->availableGeometry().size();
+        size = size.boundedTo(QSize(available.width() * 92 / 100, available.height() * 92 / 100));
+    }
+    resize(size);
+
+    connect(getUndoStack(), &QUndoStack::cleanChanged, this, [this](bool aClean) { setWindowModified(!aClean); });
+    connect(getUndoStack(), &QUndoStack::indexChanged, this, &OvViewerMainWindow::updateDeleteAction);
+    connect(getEditor(), &KxGsEditor::signalSelectionChanged, this, &OvViewerMainWindow::updateDeleteAction);
+    connect(getEditor(), &KxGsEditor::scaleChanged, this, &OvViewerMainWindow::updateZoomLabel);
+    updateDeleteAction();
+    updateZoomLabel();
     updateTitle();
 }
 
@@ -73,13 +106,10 @@ void OvViewerMainWindow::createMenus()
     QMenu* file = menuBar()->addMenu(tr("&File"));
     QAction* open = file->addAction(tr("&Open..."), this, &OvViewerMainWindow::slotOpen);
     open->setShortcut(QKeySequence::Open);
-    file->addAction(tr("Open &Sample"), this, [this] {
-        QString error;
-        if (!openImage(sampleImagePath(), &error))
-            reportError(error);
-    });
+    file->addAction(tr("Open &Sample"), this, &OvViewerMainWindow::slotOpenSample);
     file->addAction(tr("&Export Values..."), this, &OvViewerMainWindow::slotExportValues);
-    file->addAction(tr("Save Screens&hot..."), this, &OvViewerMainWindow::slotSaveScreenshot);
+    file->addAction(tr("Save Screens&hot of the Window..."), this, &OvViewerMainWindow::slotSaveScreenshot);
+    file->addAction(tr("Save &Picture with Measurements..."), this, &OvViewerMainWindow::slotSavePicture);
     file->addSeparator();
     QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
@@ -88,11 +118,22 @@ void OvViewerMainWindow::createMenus()
     QAction* undo = getUndoStack()->createUndoAction(this, tr("&Undo"));
     undo->setShortcut(QKeySequence::Undo);
     QAction* redo = getUndoStack()->createRedoAction(this, tr("&Redo"));
-    redo->setShortcut(QKeySequence::Redo);
+    // Ctrl+Y as well, whatever the platform's own redo key is.
+    QList<QKeySequence> redoKeys = QKeySequence::keyBindings(QKeySequence::Redo);
+    if (!redoKeys.contains(QKeySequence(tr("Ctrl+Y"))))
+        redoKeys << QKeySequence(tr("Ctrl+Y"));
+    redo->setShortcuts(redoKeys);
     edit->addAction(undo);
     edit->addAction(redo);
     edit->addSeparator();
-    edit->addAction(tr("&Delete Selected"), this, [this] { getEditor()->deleteSelected(); });
+    QAction* selectAll = edit->addAction(tr("Select &All"), this, [this] { getEditor()->selectAll(); });
+    selectAll->setShortcut(QKeySequence::SelectAll);
+    QAction* cancel = edit->addAction(tr("Cancel Drawing / Deselect"), this,
+                                      [this] { getEditor()->cancelOrDeselect(); });
+    cancel->setShortcut(QKeySequence(Qt::Key_Escape));
+    deleteSelectedAction = edit->addAction(tr("&Delete Selected"), this, [this] { getEditor()->deleteSelected(); });
+    deleteSelectedAction->setShortcut(QKeySequence::Delete);
+    edit->addSeparator();
     edit->addAction(tr("&Calibration..."), this, [this] {
         getConfigurationPanel()->show();
         getConfigurationList()->setCurrentRow(0);
@@ -103,6 +144,13 @@ void OvViewerMainWindow::createMenus()
     viewMenu->addAction(tr("Zoom &Out"), this, &OvGuiMainWindowBase::slotZoomOut)->setShortcut(QKeySequence::ZoomOut);
     viewMenu->addAction(tr("&Fit"), this, &OvGuiMainWindowBase::slotZoomFit)->setShortcut(tr("Ctrl+0"));
     viewMenu->addAction(tr("&Actual Pixels"), this, &OvGuiMainWindowBase::slotZoomActual)->setShortcut(tr("Ctrl+1"));
+    viewMenu->addSeparator();
+    QAction* tools = getToolDock()->toggleViewAction();
+    tools->setText(tr("&Tools"));
+    viewMenu->addAction(tools);
+    QAction* history = historyDockWidget->toggleViewAction();
+    history->setText(tr("&History"));
+    viewMenu->addAction(history);
 }
 
 QStringList OvViewerMainWindow::loadPlugins()
@@ -120,6 +168,7 @@ QStringList OvViewerMainWindow::loadPlugins()
     }
     for (const QString& message : messages)
         reportError(message);
+    grouper->watch(getToolDock());
     return messages;
 }
 
@@ -156,11 +205,14 @@ bool OvViewerMainWindow::openImage(const QString& aFileName, QString* anError)
     media.setParameter(KxMediaInfo::MetaImageSource, int(KxMediaInfo::SourceFile));
     media.setUmPerPixel(umPerPixel);
 
+    grouper->end();
+    getEditor()->cancelOrDeselect();
     getUndoStack()->clear();
     getEditor()->setCurrentObject(nullptr, false);
     setImage(image);
     currentFile = aFileName;
     KxKernelData::getInstance()->loadMedia(media, image.size());
+    recheckZoomBlock();
     calibrationPage->showCalibration(umPerPixel, QFileInfo(aFileName).fileName());
     updateTitle();
     statusBar()->showMessage(tr("Opened %1 (%2 x %3 pixels)").arg(QFileInfo(aFileName).fileName())
@@ -183,13 +235,137 @@ void OvViewerMainWindow::setCalibration(double anUmPerPixel)
     // picture can now be measured.
     Q_EMIT OvDeviceSetManager::instance()->signalDeviceSetModified(OvDeviceSetManager::FlagCalibrationChanged);
     Q_EMIT KxSignalCenter::getInstance()->signalMediaLoaded();
+    recheckZoomBlock();
     updateTitle();
+}
+
+void OvViewerMainWindow::recheckZoomBlock()
+{
+    Q_EMIT getEditor()->scaleChanged();
+}
+
+void OvViewerMainWindow::updateZoomLabel()
+{
+    const double percent = getEditor()->getZoom() * 100.0;
+    zoomStatus->setText(tr("Zoom %1 %").arg(percent, 0, 'f', percent < 10.0 ? 1 : 0));
+}
+
+void OvViewerMainWindow::updateDeleteAction()
+{
+    if (deleteSelectedAction)
+        deleteSelectedAction->setEnabled(!getEditor()->getSelectedObjects().isEmpty());
+}
+
+bool OvViewerMainWindow::isModified() const
+{
+    return !getUndoStack()->isClean();
+}
+
+bool OvViewerMainWindow::maybeDiscard(const QString& anAction)
+{
+    grouper->end();
+    if (scripted || !isModified())
+        return true;
+    const QString question = tr("The measurements on %1 have changed. %2 discards them.")
+                                 .arg(currentFile.isEmpty() ? tr("this picture") : QFileInfo(currentFile).fileName(),
+                                      anAction);
+    QMessageBox::StandardButton answer = QMessageBox::Cancel;
+    if (questionHook) {
+        answer = questionHook(question);
+    } else {
+        QMessageBox box(QMessageBox::Warning, tr("Ov Viewer"), question,
+                        QMessageBox::Discard | QMessageBox::Cancel, this);
+        box.setDefaultButton(QMessageBox::Cancel);
+        answer = static_cast<QMessageBox::StandardButton>(box.exec());
+    }
+    return answer == QMessageBox::Discard;
+}
+
+void OvViewerMainWindow::closeEvent(QCloseEvent* anEvent)
+{
+    if (!maybeDiscard(tr("Quitting"))) {
+        anEvent->ignore();
+        return;
+    }
+    if (!scripted)
+        saveLayout();
+    // Discarded: the measurements go without another question.
+    getUndoStack()->setClean();
+    anEvent->accept();
+}
+
+void OvViewerMainWindow::restoreLayout()
+{
+    const QByteArray geometry = KxAppSettings::value(QString::fromLatin1(kKeyGeometry)).toByteArray();
+    const QByteArray state = KxAppSettings::value(QString::fromLatin1(kKeyWindowState)).toByteArray();
+    if (!geometry.isEmpty())
+        restoreGeometry(geometry);
+    if (!state.isEmpty())
+        restoreState(state);
+}
+
+void OvViewerMainWindow::saveLayout() const
+{
+    KxAppSettings::setValue(QString::fromLatin1(kKeyGeometry), saveGeometry());
+    KxAppSettings::setValue(QString::fromLatin1(kKeyWindowState), saveState());
+    KxAppSettings::sync();
+}
+
+QImage OvViewerMainWindow::renderPicture() const
+{
+    KxGsEditor* editor = getEditor();
+    const QSize size = editor->getImage().size();
+    if (size.isEmpty() || !editor->scene())
+        return QImage();
+    QImage picture(size, QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::black);
+    // The lens and a selection band are tools, not part of the picture.
+    KxLocalMagnifier* lens = KxGsManipulator::localMagnifier();
+    const bool lensShown = lens && lens->isVisible();
+    if (lensShown)
+        lens->hide();
+    QGraphicsItem* band = editor->getSelectionBand();
+    if (band)
+        band->hide();
+    {
+        QPainter painter(&picture);
+        painter.setRenderHint(QPainter::Antialiasing, true);
+        editor->scene()->render(&painter, QRectF(QPointF(0.0, 0.0), QSizeF(size)), editor->sceneBoundingRect(),
+                                Qt::IgnoreAspectRatio);
+    }
+    if (band)
+        band->show();
+    if (lensShown)
+        lens->show();
+    return picture;
+}
+
+bool OvViewerMainWindow::saveScreenshot(const QString& aFileName, bool aPictureOnly, QString* anError)
+{
+    const QImage shot = aPictureOnly ? renderPicture() : grab().toImage();
+    if (shot.isNull() || !shot.save(aFileName, "PNG")) {
+        if (anError)
+            *anError = tr("Cannot write %1").arg(aFileName);
+        return false;
+    }
+    statusBar()->showMessage(tr("Saved %1").arg(QDir::toNativeSeparators(QFileInfo(aFileName).absoluteFilePath())),
+                             10000);
+    return true;
+}
+
+bool OvViewerMainWindow::exportValues(const QString& aFileName, QString* anError)
+{
+    if (!OvMeasurementExporter::writeCsv(aFileName, anError))
+        return false;
+    statusBar()->showMessage(
+        tr("Values written to %1").arg(QDir::toNativeSeparators(QFileInfo(aFileName).absoluteFilePath())), 10000);
+    return true;
 }
 
 void OvViewerMainWindow::updateTitle()
 {
     const QString name = currentFile.isEmpty() ? tr("no picture") : QFileInfo(currentFile).fileName();
-    setWindowTitle(tr("%1 - Ov Viewer").arg(name));
+    setWindowTitle(tr("%1[*] - Ov Viewer").arg(name));
     const double um = calibration();
     calibrationLabel->setText(um > 0.0 ? tr("%1 \u00B5m/px").arg(um) : tr("uncalibrated"));
 }
@@ -204,12 +380,23 @@ void OvViewerMainWindow::reportError(const QString& aMessage)
 
 void OvViewerMainWindow::slotOpen()
 {
+    if (!maybeDiscard(tr("Opening another picture")))
+        return;
     const QString file = QFileDialog::getOpenFileName(this, tr("Open Picture"), QString(),
                                                       tr("Pictures (*.png *.jpg *.jpeg *.tif *.tiff *.bmp)"));
     if (file.isEmpty())
         return;
     QString error;
     if (!openImage(file, &error))
+        reportError(error);
+}
+
+void OvViewerMainWindow::slotOpenSample()
+{
+    if (!maybeDiscard(tr("Opening the sample")))
+        return;
+    QString error;
+    if (!openImage(sampleImagePath(), &error))
         reportError(error);
 }
 
@@ -220,14 +407,24 @@ void OvViewerMainWindow::slotExportValues()
     if (file.isEmpty())
         return;
     QString error;
-    if (!OvMeasurementExporter::writeCsv(file, &error))
+    if (!exportValues(file, &error))
         reportError(error);
 }
 
 void OvViewerMainWindow::slotSaveScreenshot()
 {
-    const QString file = QFileDialog::getSaveFileName(this, tr("Save Screenshot"), QStringLiteral("screenshot.png"),
-                                                      tr("PNG (*.png)"));
-    if (!file.isEmpty() && !grab().save(file))
-        reportError(tr("Cannot write %1").arg(file));
+    const QString file = QFileDialog::getSaveFileName(this, tr("Save Screenshot of the Window"),
+                                                      QStringLiteral("screenshot.png"), tr("PNG (*.png)"));
+    QString error;
+    if (!file.isEmpty() && !saveScreenshot(file, false, &error))
+        reportError(error);
+}
+
+void OvViewerMainWindow::slotSavePicture()
+{
+    const QString file = QFileDialog::getSaveFileName(this, tr("Save Picture with Measurements"),
+                                                      QStringLiteral("measured.png"), tr("PNG (*.png)"));
+    QString error;
+    if (!file.isEmpty() && !saveScreenshot(file, true, &error))
+        reportError(error);
 }

@@ -3,10 +3,16 @@
 #include "OvGuiMainWindowBase.h"
 #include "OvPluginHost.h"
 
+#include <QMessageBox>
 #include <QStringList>
+
+#include <functional>
 
 class OvCalibrationPage;
 class OvToolBase;
+class OvUndoGrouper;
+class QAction;
+class QDockWidget;
 class QLabel;
 class QUndoView;
 
@@ -46,20 +52,69 @@ public:
     void reportError(const QString& aMessage);
 
     void setInteractive(bool anInteractive) { interactive = anInteractive; }
+    // A scripted run (--script, --quit, --demo) never asks before discarding
+    // and neither restores nor saves the window layout.
+    void setScripted(bool aScripted) { scripted = aScripted; }
+    bool isScripted() const { return scripted; }
+
+    // The measurements differ from the opened picture's (the undo stack is
+    // not at its clean index).
+    bool isModified() const;
+    // Asks "Discard / Cancel" before measurements would be lost; true when
+    // they may go (nothing modified, a scripted run, or Discard chosen).
+    bool maybeDiscard(const QString& anAction);
+    // Answers the discard question instead of a dialog (tests). The hook gets
+    // the question's text and returns QMessageBox::Discard or ::Cancel.
+    using QuestionHook = std::function<QMessageBox::StandardButton(const QString&)>;
+    void setQuestionHook(const QuestionHook& aHook) { questionHook = aHook; }
+
+    // Window size, position and dock layout of the last interactive session.
+    void restoreLayout();
+    void saveLayout() const;
+
+    // The picture with its measurements at one picture pixel per image pixel
+    // (labels and buttons at their screen size), without the window around it.
+    QImage renderPicture() const;
+    // Writes the window (aPictureOnly false) or renderPicture() as PNG and
+    // says where in the status bar; false with a message.
+    bool saveScreenshot(const QString& aFileName, bool aPictureOnly, QString* anError);
+    // Writes the CSV and says where in the status bar.
+    bool exportValues(const QString& aFileName, QString* anError);
+
+    OvUndoGrouper* undoGrouper() const { return grouper; }
+    QAction* deleteAction() const { return deleteSelectedAction; }
+    QDockWidget* historyDock() const { return historyDockWidget; }
+    QLabel* zoomLabel() const { return zoomStatus; }
+
+protected:
+    void closeEvent(QCloseEvent* anEvent) override;
 
 private Q_SLOTS:
     void slotOpen();
+    void slotOpenSample();
     void slotExportValues();
     void slotSaveScreenshot();
+    void slotSavePicture();
 
 private:
     void createMenus();
     void updateTitle();
+    void updateZoomLabel();
+    void updateDeleteAction();
+    // The tool re-checks whether the zoom allows measuring: loading media
+    // enables it whatever the zoom.
+    void recheckZoomBlock();
 
     OvCalibrationPage* calibrationPage;
     QUndoView* historyView;
     QLabel* calibrationLabel;
+    QLabel* zoomStatus;
+    QDockWidget* historyDockWidget;
+    OvUndoGrouper* grouper;
+    QAction* deleteSelectedAction = nullptr;
     QList<OvPluginHost::Plugin> plugins;
     QString currentFile;
+    QuestionHook questionHook;
     bool interactive = false;
+    bool scripted = false;
 };

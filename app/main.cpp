@@ -84,7 +84,11 @@ int main(int argc, char* argv[])
 
     OvViewerMainWindow window;
     window.setInteractive(!batch);
+    // Scripted runs are repeatable: no questions, no remembered layout.
+    window.setScripted(batch || parser.isSet(script) || parser.isSet(demo));
     window.loadPlugins();
+    if (!window.isScripted())
+        window.restoreLayout();
 
     const QStringList images = parser.positionalArguments();
     if (images.size() > 1)
@@ -138,7 +142,7 @@ int main(int argc, char* argv[])
         QApplication::processEvents();
     }
 
-    if (parser.isSet(exportCsv) && !OvMeasurementExporter::writeCsv(parser.value(exportCsv), &error)) {
+    if (parser.isSet(exportCsv) && !window.exportValues(parser.value(exportCsv), &error)) {
         window.reportError(error);
         code = code == ExitOk ? ExitBadInput : code;
     }

@@ -22,6 +22,13 @@ namespace {
 const double kLabelPadding = 3.0;
 // Beyond this many screen pixels between anchor and label a leader is drawn.
 const double kLeaderDistance = 24.0;
+// Label placement clear of the shape: screen pixels kept free around the
+// label, the side of the probes, the grid step and how many rings are tried
+// (about 100 pixels around the wanted place).
+const double kShapeMargin = 4.0;
+const double kProbePixels = 8.0;
+const double kPlacementStep = 6.0;
+const int kPlacementRings = 16;
 
 QSet<OvGsObject*>& allObjects()
 {
@@ -119,6 +126,7 @@ bool OvGsObject::isLabelVisible() const
 
 void OvGsObject::setLabelPos(const QPointF& aPos)
 {
+    labelPlaced = true;
     labelItem->setPos(aPos);
     updateLeader();
 }
@@ -198,6 +206,13 @@ void OvGsObject::ensureLabelVisible()
     if (!editor)
         return;
     const QRectF area = editor->getEditorArea();
+    if (isLabelPlacedByHost()) {
+        placeLabelBeside(mapRectFromParent(area));
+        // A stored measurement's label is placed once; then it stays.
+        const KxGsManipulator* manipulator = getManipulator();
+        if (manipulator && manipulator->getObjectIdx(this) >= 0)
+            labelPlaced = true;
+    }
     const QRectF label = mapRectToParent(getLabelRect());
     if (area.contains(label))
         return;
@@ -212,6 +227,63 @@ void OvGsObject::ensureLabelVisible()
     if (label.bottom() > area.bottom())
         top = area.bottom() - label.height();
     setLabelPos(mapFromParent(QPointF(left, top)));
+}
+
+bool OvGsObject::isLabelPlacedByHost() const
+{
+    if (!labelItem->isVisibleTo(this))
+        return false;
+    const KxGsManipulator* manipulator = getManipulator();
+    return !labelPlaced || (manipulator && manipulator->getObjectIdx(this) < 0);
+}
+
+bool OvGsObject::isRectOnShape(const QRectF& aRect) const
+{
+    const double units = unitsPerPixel();
+    const QRectF rect = aRect.adjusted(-kShapeMargin * units, -kShapeMargin * units, kShapeMargin * units,
+                                       kShapeMargin * units);
+    for (const QGraphicsItem* button : { static_cast<const QGraphicsItem*>(trashButton),
+                                         static_cast<const QGraphicsItem*>(activeButton) }) {
+        if (button->isVisibleTo(this) && childRect(button).intersects(rect))
+            return true;
+    }
+    // Square probes of side `tolerance` laid edge to edge over the rectangle.
+    const int tolerance = std::max(1, int(std::ceil(kProbePixels * units)));
+    const double half = tolerance / 2.0;
+    probingShape = true;
+    bool hit = false;
+    for (double y = rect.top() + half; !hit && y - half < rect.bottom(); y += tolerance) {
+        for (double x = rect.left() + half; !hit && x - half < rect.right(); x += tolerance) {
+            int part = 0;
+            hit = isPointOnObject(QPointF(std::min(x, rect.right()), std::min(y, rect.bottom())), part, tolerance);
+        }
+    }
+    probingShape = false;
+    return hit;
+}
+
+void OvGsObject::placeLabelBeside(const QRectF& anArea)
+{
+    const QRectF label = getLabelRect();
+    if (label.isEmpty() || (anArea.contains(label) && !isRectOnShape(label)))
+        return;
+    const double step = kPlacementStep * unitsPerPixel();
+    // Rings of growing distance around the current place; the first clear
+    // place inside the area wins, so the label moves as little as it can.
+    for (int ring = 1; ring <= kPlacementRings; ++ring) {
+        for (int j = -ring; j <= ring; ++j) {
+            for (int i = -ring; i <= ring; ++i) {
+                if (std::max(std::abs(i), std::abs(j)) != ring)
+                    continue;
+                const QRectF candidate = label.translated(i * step, j * step);
+                if (anArea.contains(candidate) && !isRectOnShape(candidate)) {
+                    labelItem->setPos(labelItem->pos() + candidate.topLeft() - label.topLeft());
+                    updateLeader();
+                    return;
+                }
+            }
+        }
+    }
 }
 
 bool OvGsObject::isPointOnLabel(const QPointF& aPoint) const
@@ -374,6 +446,8 @@ void OvGsObject::moveObjectBy(const QPointF&)
 
 bool OvGsObject::isPointOnObject(const QPointF& aPoint, int& aPart, int) const
 {
+    if (probingShape)
+        return false;
     if (isPointOnLabel(aPoint)) {
         aPart = PartLabel;
         return true;

@@ -42,8 +42,20 @@ public:
     int getLabelFontPixSize() const;
     void updateLabel();
     // Moves the label so that its rectangle lies inside the editor's area
-    // (the parent's getEditorArea()); nothing without such a parent.
+    // (the parent's getEditorArea()); nothing without such a parent. While
+    // the host chooses the label's place (isLabelPlacedByHost()) it also moves
+    // it off the shape, its handles and its buttons, to the nearest clear
+    // place inside the area: a press on a label wins over the shape, so a
+    // label there would make a handle unreachable.
     void ensureLabelVisible();
+    // The host chooses the label's place while the measurement is being drawn
+    // (not stored yet) and while nobody has placed its label (an item rebuilt
+    // from the store). Once stored, a label placed by the shape, the
+    // manipulator or the user stays where it was put.
+    bool isLabelPlacedByHost() const;
+    // True when aRect (item coordinates) covers the shape's line, a handle or
+    // a visible button, with a margin of a few screen pixels.
+    bool isRectOnShape(const QRectF& aRect) const;
     bool isPointOnLabel(const QPointF& aPoint) const;
     // The label's rectangle in item coordinates at the current zoom.
     QRectF getLabelRect() const;
@@ -115,6 +127,9 @@ protected:
 private:
     void updateButtons();
     void updateLeader();
+    // The nearest place for the label (from its current one, on a screen-pixel
+    // grid) that lies inside anArea and off the shape; unchanged when none.
+    void placeLabelBeside(const QRectF& anArea);
     QRectF childRect(const QGraphicsItem* aChild) const;
 
     QGraphicsRectItem* labelItem;
@@ -130,6 +145,11 @@ private:
     int labelFontPixSize = 16;
     bool labelVisible = false;
     bool labelDragging = false;
+    // Someone put the label somewhere (setLabelPos or a drag).
+    bool labelPlaced = false;
+    // Set while isRectOnShape() probes the shape: the base part of
+    // isPointOnObject() then reports nothing, so shapes test their geometry.
+    mutable bool probingShape = false;
     bool trashAllowed = true;
     bool activeAllowed = false;
     bool useActiveButton = false;
