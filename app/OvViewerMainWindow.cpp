@@ -96,6 +96,13 @@ OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
     updateTitle();
 }
 
+OvViewerMainWindow::~OvViewerMainWindow()
+{
+    // The base's children (undo stack, scene) still talk while they go.
+    getUndoStack()->disconnect(this);
+    getEditor()->disconnect(this);
+}
+
 QString OvViewerMainWindow::sampleImagePath()
 {
     return QStringLiteral(":/viewer/sample-micrograph.png");

@@ -24,6 +24,7 @@ class OvViewerMainWindow : public OvGuiMainWindowBase
 
 public:
     explicit OvViewerMainWindow(QWidget* aParent = nullptr);
+    ~OvViewerMainWindow() override;
 
     // Loads every plug-in and adds its features. Messages (failures and
     // refusals) are shown in the status bar and returned.
