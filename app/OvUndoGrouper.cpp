@@ -32,7 +32,7 @@ bool OvUndoGrouper::isOpen() const
 
 void OvUndoGrouper::begin()
 {
-    if (open || !stack)
+    if (open || !stack || (wanted && !wanted()))
         return;
     stack->beginMacro(tr("Panel change"));
     opened = stack->command(stack->count() - 1);

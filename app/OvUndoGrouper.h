@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QPointer>
 
+#include <functional>
+
 class QUndoCommand;
 class QUndoStack;
 class QWidget;
@@ -22,6 +24,9 @@ public:
 
     // Watches every slider and spin box inside aRoot (as it is now).
     void watch(QWidget* aRoot);
+    // Groups open only while aWanted() holds (e.g. something is selected, so
+    // the edit will push commands): opening a macro drops the redo history.
+    void setWanted(const std::function<bool()>& aWanted) { wanted = aWanted; }
 
     // Opens a group (nothing when one is open) / closes the open one. The
     // window closes the group before it clears the stack or asks about it.
@@ -34,6 +39,7 @@ protected:
 
 private:
     QPointer<QUndoStack> stack;
+    std::function<bool()> wanted;
     const QUndoCommand* opened = nullptr;
     bool open = false;
 };

@@ -176,6 +176,7 @@ QStringList OvViewerMainWindow::loadPlugins()
     for (const QString& message : messages)
         reportError(message);
     grouper->watch(getToolDock());
+    grouper->setWanted([this] { return !getEditor()->getSelectedObjects().isEmpty(); });
     return messages;
 }
 

@@ -241,10 +241,13 @@ bool KxGsEditor::cancelOrDeselect()
         band = nullptr;
         return true;
     }
+    QPointer<KxGsManipulator> tool = overrideManipulator;
     if (!isGestureUnderWay()) {
         if (!currentObject && getSelectedObjects().isEmpty())
             return false;
         setCurrentObject(nullptr, false);
+        if (tool && !overrideManipulator)
+            setOverrideManipulator(tool.data());
         return true;
     }
     // Dragging a stored item is not a measurement in progress: it stays.
@@ -252,7 +255,6 @@ bool KxGsEditor::cancelOrDeselect()
         return false;
     // Clearing the current object may make a tool panel drop its drawing
     // tool; the tool stays chosen for the next measurement.
-    QPointer<KxGsManipulator> tool = overrideManipulator;
     bool cancelled = tool && tool->cancelGesture();
     // Whatever kind it belongs to, an unstored current item is the unfinished
     // measurement: the frame forgets it when the current object turns null.

@@ -77,9 +77,10 @@ public:
     // the current object is not stored yet.
     bool isGestureUnderWay() const;
     // Escape: cancels the gesture under way (the unfinished measurement is
-    // discarded, nothing is stored; the override manipulator stays chosen)
-    // or, when there is none, clears the selection. A drag of a stored item
-    // is left alone. Returns true when something was cancelled or deselected.
+    // discarded, nothing is stored) or, when there is none, clears the
+    // selection; either way the override manipulator stays chosen. A drag of
+    // a stored item is left alone. True when something was cancelled or
+    // deselected.
     bool cancelOrDeselect();
     // The selection band being dragged, null when none.
     QGraphicsRectItem* getSelectionBand() const;

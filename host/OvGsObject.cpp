@@ -182,6 +182,7 @@ void OvGsObject::updateLabel()
         color = Qt::white;
     color.setAlpha(255);
     labelText->setBrush(color);
+    labelItem->setPen(isSelected() ? QPen(color, 2.0) : QPen(Qt::NoPen));
     const QRectF textRect = labelText->boundingRect();
     labelItem->setRect(0.0, 0.0, textRect.width() + 2 * kLabelPadding, textRect.height() + 2 * kLabelPadding);
     labelItem->setVisible(labelVisible && !hidden && !labelText->text().isEmpty());
@@ -233,8 +234,11 @@ bool OvGsObject::isLabelPlacedByHost() const
 {
     if (!labelItem->isVisibleTo(this))
         return false;
+    if (!labelPlaced)
+        return true;
+    // Being drawn: the manipulator's current item that is not stored yet.
     const KxGsManipulator* manipulator = getManipulator();
-    return !labelPlaced || (manipulator && manipulator->getObjectIdx(this) < 0);
+    return isCurrent() && manipulator && manipulator->getObjectIdx(this) < 0;
 }
 
 bool OvGsObject::isRectOnShape(const QRectF& aRect) const
@@ -268,19 +272,29 @@ void OvGsObject::placeLabelBeside(const QRectF& anArea)
     if (label.isEmpty() || (anArea.contains(label) && !isRectOnShape(label)))
         return;
     const double step = kPlacementStep * unitsPerPixel();
-    // Rings of growing distance around the current place; the first clear
-    // place inside the area wins, so the label moves as little as it can.
+    auto tryAt = [&](int anI, int aJ) {
+        const QRectF candidate = label.translated(anI * step, aJ * step);
+        if (!anArea.contains(candidate) || isRectOnShape(candidate))
+            return false;
+        labelItem->setPos(labelItem->pos() + candidate.topLeft() - label.topLeft());
+        updateLeader();
+        return true;
+    };
+    // Straight moves first, in the order annotations are usually read: above
+    // the shape, after it, before it, below it; each as short as it can be.
+    const int directions[4][2] = { { 0, -1 }, { 1, 0 }, { -1, 0 }, { 0, 1 } };
+    for (const auto& direction : directions) {
+        for (int k = 1; k <= kPlacementRings; ++k) {
+            if (tryAt(direction[0] * k, direction[1] * k))
+                return;
+        }
+    }
+    // Then rings of growing distance around the wanted place.
     for (int ring = 1; ring <= kPlacementRings; ++ring) {
         for (int j = -ring; j <= ring; ++j) {
             for (int i = -ring; i <= ring; ++i) {
-                if (std::max(std::abs(i), std::abs(j)) != ring)
-                    continue;
-                const QRectF candidate = label.translated(i * step, j * step);
-                if (anArea.contains(candidate) && !isRectOnShape(candidate)) {
-                    labelItem->setPos(labelItem->pos() + candidate.topLeft() - label.topLeft());
-                    updateLeader();
+                if (std::max(std::abs(i), std::abs(j)) == ring && i != 0 && j != 0 && tryAt(i, j))
                     return;
-                }
             }
         }
     }
@@ -412,6 +426,12 @@ void OvGsObject::setCurrent(bool aCurrent)
 {
     KxGsObject::setCurrent(aCurrent);
     updateButtons();
+}
+
+void OvGsObject::setSelected(bool aSelected)
+{
+    KxGsObject::setSelected(aSelected);
+    updateLabel();
 }
 
 void OvGsObject::setName(const QString& aName)

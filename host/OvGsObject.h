@@ -49,8 +49,8 @@ public:
     // label there would make a handle unreachable.
     void ensureLabelVisible();
     // The host chooses the label's place while the measurement is being drawn
-    // (not stored yet) and while nobody has placed its label (an item rebuilt
-    // from the store). Once stored, a label placed by the shape, the
+    // (the current item, not stored yet) and while nobody has placed its label
+    // (an item rebuilt from the store). Once stored, a label placed by the shape, the
     // manipulator or the user stays where it was put.
     bool isLabelPlacedByHost() const;
     // True when aRect (item coordinates) covers the shape's line, a handle or
@@ -86,6 +86,9 @@ public:
     bool isPointOnActiveButton(const QPointF& aPoint) const;
 
     void setCurrent(bool aCurrent) override;
+    // A selected item's label is framed in the item's colour, so that a
+    // selection of several measurements shows.
+    void setSelected(bool aSelected) override;
     void setName(const QString& aName) override;
     void setDisplayValue(const QString& aValue) override;
     // Sets `hidden`: nothing is drawn and presses are ignored.
@@ -127,8 +130,9 @@ protected:
 private:
     void updateButtons();
     void updateLeader();
-    // The nearest place for the label (from its current one, on a screen-pixel
-    // grid) that lies inside anArea and off the shape; unchanged when none.
+    // A near place for the label (from its current one, on a screen-pixel
+    // grid) that lies inside anArea and off the shape: straight up, right,
+    // left or down first, then diagonally; unchanged when none.
     void placeLabelBeside(const QRectF& anArea);
     QRectF childRect(const QGraphicsItem* aChild) const;
 

@@ -167,6 +167,10 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(dir.isValid());
+        // Panel defaults and the layout written by an earlier run must not leak in.
+        const QString settings = qEnvironmentVariable("OV_SETTINGS_FILE");
+        if (!settings.isEmpty())
+            QFile::remove(settings);
         window = new OvViewerMainWindow;
         window->setInteractive(false);
         window->loadPlugins();
@@ -392,6 +396,18 @@ private Q_SLOTS:
         QVERIFY(stack()->canUndo());
     }
 
+    void defaultsEditKeepsTheRedoHistory()
+    {
+        freshStart();
+        QVERIFY(run(QStringLiteral("tool distance\npress 100 100\nmove 300 100\nrelease 300 100\nundo\n"
+                                   "select none\n")));
+        QVERIFY(stack()->canRedo());
+        // Nothing selected: the drag changes the defaults, pushes nothing.
+        dragSlider(window->findChild<QSlider*>(QStringLiteral("theSLWidth")), 30);
+        QVERIFY(stack()->canRedo());
+        QCOMPARE(stack()->count(), 1);
+    }
+
     // --- selecting several measurements ---
 
     void multiSelection()
@@ -429,12 +445,22 @@ private Q_SLOTS:
         QVERIFY(!editor()->getSelectionBand());
         // Ctrl+band adds; even with a drawing tool chosen.
         QVERIFY(run(QStringLiteral("tool distance")));
+        KxGsManipulator* tool = editor()->getOverrideManipulator();
+        QVERIFY(tool);
         drag(QPointF(450, 350), QPointF(750, 450), Qt::ControlModifier);
         QCOMPARE(editor()->getSelectedObjects().size(), 3);
         QCOMPARE(storedDistances(), 3);
+        QCOMPARE(editor()->getOverrideManipulator(), tool);
 
         // One style change of three: one undo step.
         QVERIFY(run(QStringLiteral("width 9")));
+        // Escape deselects; the drawing tool stays chosen.
+        const QList<KxGsObject*> three = editor()->getSelectedObjects();
+        key(Qt::Key_Escape);
+        QVERIFY(editor()->getSelectedObjects().isEmpty());
+        QCOMPARE(editor()->getOverrideManipulator(), tool);
+        for (KxGsObject* obj : three)
+            editor()->setCurrentObject(obj, true);
         QCOMPARE(stack()->count(), 4);
         QCOMPARE((QList<int>{ storedWidth(1), storedWidth(2), storedWidth(3) }), (QList<int>{ 9, 9, 9 }));
         stack()->undo();
