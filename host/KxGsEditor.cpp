@@ -556,6 +556,9 @@ void KxGsEditor::mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent)
         const bool wasMoving = obj->isMoving() && !obj->isReshaping();
         QMouseEvent event = makeMouseEvent(QEvent::MouseButtonRelease, obj.data(), anEvent);
         obj->manipMouseReleaseEvent(&event);
+        // Handles hidden during a move come back: repaint whatever the item did.
+        if (obj && !obj->isDiscarded())
+            obj->update();
         if (obj && !obj->isDiscarded() && wasMoving && obj->pos() != grabbedStartPos)
             writeBackMove(obj.data());
         return;
