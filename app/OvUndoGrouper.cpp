@@ -25,6 +25,12 @@ void OvUndoGrouper::watch(QWidget* aRoot)
     }
 }
 
+void OvUndoGrouper::watchDialog(QWidget* aDialog)
+{
+    if (aDialog)
+        aDialog->installEventFilter(this);
+}
+
 bool OvUndoGrouper::isOpen() const
 {
     return open;
@@ -69,6 +75,11 @@ bool OvUndoGrouper::eventFilter(QObject* anObj, QEvent* anEvent)
         if (anEvent->type() == QEvent::MouseButtonPress)
             begin();
         else if (anEvent->type() == QEvent::MouseButtonRelease)
+            end();
+    } else if (anObj->isWidgetType() && static_cast<QWidget*>(anObj)->isWindow()) {
+        if (anEvent->type() == QEvent::Show)
+            begin();
+        else if (anEvent->type() == QEvent::Hide)
             end();
     } else if (qobject_cast<QAbstractSpinBox*>(anObj)) {
         switch (anEvent->type()) {

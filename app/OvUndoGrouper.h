@@ -12,7 +12,7 @@ class QWidget;
 // Makes one edit on a panel one undo step: every command pushed while a
 // slider is held (press to release), or while a spin box is being edited
 // (from the first key, click or wheel turn until Return or leaving the box),
-// lands in one macro. The macro takes the text of its first command; a group
+// or while a watched dialog is open, lands in one macro. The macro takes the text of its first command; a group
 // in which nothing was pushed leaves no trace on the stack. The commands
 // themselves are the ones the tool pushes, unchanged.
 class OvUndoGrouper : public QObject
@@ -24,6 +24,9 @@ public:
 
     // Watches every slider and spin box inside aRoot (as it is now).
     void watch(QWidget* aRoot);
+    // One group while aDialog is shown (a colour dialog that follows the
+    // choice live).
+    void watchDialog(QWidget* aDialog);
     // Groups open only while aWanted() holds (e.g. something is selected, so
     // the edit will push commands): opening a macro drops the redo history.
     void setWanted(const std::function<bool()>& aWanted) { wanted = aWanted; }

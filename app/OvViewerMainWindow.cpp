@@ -14,6 +14,8 @@
 #include "KxLocalMagnifier.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QColorDialog>
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QGraphicsScene>
@@ -177,6 +179,11 @@ QStringList OvViewerMainWindow::loadPlugins()
         reportError(message);
     grouper->watch(getToolDock());
     grouper->setWanted([this] { return !getEditor()->getSelectedObjects().isEmpty(); });
+    // The panel's colour dialog follows the choice live: one pick, one step.
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (qobject_cast<QColorDialog*>(widget))
+            grouper->watchDialog(widget);
+    }
     return messages;
 }
 

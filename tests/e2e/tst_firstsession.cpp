@@ -16,6 +16,7 @@
 #include "OvViewerMainWindow.h"
 
 #include <QAbstractSpinBox>
+#include <QColorDialog>
 #include <QDockWidget>
 #include <QGraphicsView>
 #include <QLabel>
@@ -383,6 +384,28 @@ private Q_SLOTS:
         stack()->undo();
         QCOMPARE((QList<int>{ storedWidth(1), storedWidth(2), storedWidth(3) }), widths);
         QCOMPARE(stack()->index(), 3);
+    }
+
+    void colourPickIsOneUndoStep()
+    {
+        freshStart();
+        QVERIFY(run(QStringLiteral("tool distance\npress 100 100\nmove 300 100\nrelease 300 100\n")));
+        QColorDialog* dialog = nullptr;
+        for (QWidget* widget : QApplication::topLevelWidgets())
+            dialog = dialog ? dialog : qobject_cast<QColorDialog*>(widget);
+        QVERIFY(dialog);
+        dialog->show();
+        for (const QColor& colour : { QColor(Qt::red), QColor(Qt::green), QColor(Qt::yellow) })
+            dialog->setCurrentColor(colour);
+        dialog->hide();
+        QCOMPARE(stack()->count(), 2);
+        QCOMPARE(KxKernelData::getInstance()->getObject(kDistanceType, 1)->getDefaultKeyframes()[1].getValue()
+                     .value<QColor>(),
+                 QColor(Qt::yellow));
+        stack()->undo();
+        QVERIFY(KxKernelData::getInstance()->getObject(kDistanceType, 1)->getDefaultKeyframes()[1].getValue()
+                    .value<QColor>()
+                != QColor(Qt::yellow));
     }
 
     void pressWithoutChangeLeavesNoStep()
