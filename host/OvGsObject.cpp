@@ -289,8 +289,9 @@ void OvGsObject::placeLabelBeside(const QRectF& anArea)
                 return;
         }
     }
-    // Then rings of growing distance around the wanted place.
-    for (int ring = 1; ring <= kPlacementRings; ++ring) {
+    // Then rings of growing distance around the wanted place (fewer: each
+    // costs a probe of the shape, which grows with its node count).
+    for (int ring = 1; ring <= kPlacementRings / 2; ++ring) {
         for (int j = -ring; j <= ring; ++j) {
             for (int i = -ring; i <= ring; ++i) {
                 if (std::max(std::abs(i), std::abs(j)) == ring && i != 0 && j != 0 && tryAt(i, j))
