@@ -6,7 +6,10 @@
 #include <QSaveFile>
 #include <QTextStream>
 
+#include <QLocale>
+
 #include <algorithm>
+#include <cmath>
 
 QVector<OvMeasurementExporter::Row> OvMeasurementExporter::collect()
 {
@@ -31,6 +34,8 @@ QVector<OvMeasurementExporter::Row> OvMeasurementExporter::collect()
                 row.value = values.value(i);
                 row.unit = units.value(i);
                 row.text = manipulator->getCalculatedValueAsString(names.at(i), it.value());
+                row.typeName = manipulator->getObjectTypeName(it.key());
+                row.frame = kernel->getCurrentFrame();
                 rows.append(row);
             }
         }
@@ -50,16 +55,25 @@ QString OvMeasurementExporter::quoted(const QString& aField)
 
 QString OvMeasurementExporter::toCsv(const QVector<Row>& aRows)
 {
-    QString csv = QStringLiteral("type,index,value_name,value,unit,text\n");
+    QString csv = QStringLiteral("type,index,value_name,value,unit,text,type_name,frame\n");
     for (const Row& row : aRows) {
         bool numeric = false;
         const double value = row.value.toDouble(&numeric);
-        const QString number = row.value.isValid() && numeric ? QString::number(value, 'g', 17) : QString();
+        const QString number = row.value.isValid() && numeric ? formatNumber(value) : QString();
         csv += QString::number(row.type) + QLatin1Char(',') + QString::number(row.index) + QLatin1Char(',')
              + quoted(row.valueName) + QLatin1Char(',') + number + QLatin1Char(',') + quoted(row.unit)
-             + QLatin1Char(',') + quoted(row.text) + QLatin1Char('\n');
+             + QLatin1Char(',') + quoted(row.text) + QLatin1Char(',') + quoted(row.typeName) + QLatin1Char(',')
+             + QString::number(row.frame) + QLatin1Char('\n');
     }
     return csv;
+}
+
+QString OvMeasurementExporter::formatNumber(double aValue)
+{
+    if (!std::isfinite(aValue))
+        return QString();
+    // Never exponent notation: spreadsheets and people read plain decimals.
+    return QString::number(aValue, 'f', QLocale::FloatingPointShortest);
 }
 
 bool OvMeasurementExporter::writeCsv(const QString& aFileName, QString* anError)

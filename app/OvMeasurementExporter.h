@@ -17,14 +17,20 @@ public:
         QVariant value;   // invalid when the value cannot be computed (no calibration)
         QString unit;
         QString text;     // the label text of that value
+        QString typeName; // the measurement's kind as people read it ("Distance")
+        qint64 frame = 0; // the frame the values belong to
     };
 
-    // One row per stored measurement and value name, sorted by object type id,
-    // then index, then the manipulator's order of value names.
+    // One row per stored measurement and value name at the store's current
+    // frame, sorted by object type id, then index, then the manipulator's
+    // order of value names.
     static QVector<Row> collect();
-    // "type,index,value_name,value,unit,text" and one line per row; numbers
-    // with full precision, empty when invalid; fields quoted when needed.
+    // "type,index,value_name,value,unit,text,type_name,frame" and one line per
+    // row; numbers as plain decimals with the fewest digits that read back as
+    // exactly the same double, empty when invalid; fields quoted when needed.
     static QString toCsv(const QVector<Row>& aRows);
+    // A value as toCsv() writes it.
+    static QString formatNumber(double aValue);
     // Writes UTF-8; false with a message when the file cannot be written.
     static bool writeCsv(const QString& aFileName, QString* anError);
 

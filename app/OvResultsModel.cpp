@@ -1,6 +1,5 @@
 #include "OvResultsModel.h"
 
-#include "KxGsManipulator.h"
 #include "KxKernelData.h"
 #include "KxSignalCenter.h"
 #include "OvDeviceSetManager.h"
@@ -31,12 +30,6 @@ int OvResultsModel::columnCount(const QModelIndex& aParent) const
     return aParent.isValid() ? 0 : ColumnCount;
 }
 
-QString OvResultsModel::typeName(int aType) const
-{
-    const KxGsManipulator* manipulator = KxKernelData::getInstance()->getManipulator(aType);
-    return manipulator ? manipulator->getObjectTypeName(aType) : QString::number(aType);
-}
-
 QVariant OvResultsModel::data(const QModelIndex& anIndex, int aRole) const
 {
     if (!anIndex.isValid() || anIndex.row() >= rows.size())
@@ -55,7 +48,7 @@ QVariant OvResultsModel::data(const QModelIndex& anIndex, int aRole) const
         return QVariant();
     switch (anIndex.column()) {
     case TypeColumn:
-        return typeName(row.type);
+        return row.typeName;
     case IndexColumn:
         return row.index;
     case ValueNameColumn:
@@ -69,7 +62,7 @@ QVariant OvResultsModel::data(const QModelIndex& anIndex, int aRole) const
     case TextColumn:
         return row.text;
     case FrameColumn:
-        return frame;
+        return row.frame;
     default:
         return QVariant();
     }
@@ -111,9 +104,9 @@ QString OvResultsModel::toTsv(const QList<int>& aRows) const
         if (row < 0 || row >= rows.size())
             continue;
         const OvMeasurementExporter::Row& r = rows.at(row);
-        const QString value = r.value.isValid() ? QString::number(r.value.toDouble(), 'g', 17) : QString();
-        lines << QStringList{ field(typeName(r.type)), QString::number(r.index), field(r.valueName), value,
-                              field(r.unit), field(r.text), QString::number(frame) }
+        const QString value = r.value.isValid() ? OvMeasurementExporter::formatNumber(r.value.toDouble()) : QString();
+        lines << QStringList{ field(r.typeName), QString::number(r.index), field(r.valueName), value,
+                              field(r.unit), field(r.text), QString::number(r.frame) }
                      .join(QLatin1Char('\t'));
     }
     return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
@@ -133,7 +126,6 @@ void OvResultsModel::refresh()
     refreshPending = false;
     beginResetModel();
     rows = OvMeasurementExporter::collect();
-    frame = KxKernelData::getInstance()->getCurrentFrame();
     endResetModel();
 }
 

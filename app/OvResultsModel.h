@@ -45,9 +45,6 @@ private Q_SLOTS:
     void slotStoreChanged();
 
 private:
-    QString typeName(int aType) const;
-
     QVector<OvMeasurementExporter::Row> rows;
-    qint64 frame = 0;
     bool refreshPending = false;
 };

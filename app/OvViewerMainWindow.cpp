@@ -17,12 +17,24 @@
 #include "OvDeviceSetManager.h"
 #include "OvMeasurementExporter.h"
 #include "OvToolBase.h"
+#include "OvUndoGrouper.h"
+#include "KxAppSettings.h"
 #include "KxGsManipulator.h"
+#include "KxLocalMagnifier.h"
 
 #include <QAction>
 #include <QActionGroup>
+#include <QApplication>
+#include <QColorDialog>
+#include <QCloseEvent>
 #include <QDockWidget>
+#include <QGraphicsScene>
+#include <QGraphicsView>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QScreen>
 #include <QFileDialog>
+#include <QDir>
 #include <QFileInfo>
 #include <QGraphicsView>
 #include <QImageReader>
@@ -48,6 +60,10 @@ static void initViewerResources()
 namespace {
 const char kDeviceConfiguration[] = "Device Configuration";
 const char kCalibrationKey[] = "UmPerPixel";
+const char kKeyGeometry[] = "ViewerGeometry";
+const char kKeyWindowState[] = "ViewerWindowState";
+// Preferred window size; a smaller screen gets 92 % of its free area.
+const QSize kPreferredSize(1400, 900);
 }
 
 OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
@@ -58,6 +74,9 @@ OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
     , frameBar(new OvFrameBar(this))
     , calibrationLine(new OvCalibrationLineManipulator(this))
     , calibrationLabel(new QLabel(this))
+    , zoomStatus(new QLabel(this))
+    , historyDockWidget(new QDockWidget(tr("History"), this))
+    , grouper(new OvUndoGrouper(getUndoStack(), this))
 {
     initViewerResources();
     setObjectName(QStringLiteral("OvViewerMainWindow"));
@@ -67,7 +86,7 @@ OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
 
     historyView->setObjectName(QStringLiteral("historyView"));
     historyView->setEmptyLabel(tr("<picture opened>"));
-    auto* historyDock = new QDockWidget(tr("History"), this);
+    QDockWidget* historyDock = historyDockWidget;
     historyDock->setObjectName(QStringLiteral("historyDock"));
     historyDock->setWidget(historyView);
     addDockWidget(Qt::RightDockWidgetArea, historyDock);
@@ -89,10 +108,32 @@ OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
     frameToolBar = frames;
     frames->hide();
 
+    zoomStatus->setObjectName(QStringLiteral("zoomLabel"));
+    statusBar()->addPermanentWidget(zoomStatus);
     statusBar()->addPermanentWidget(calibrationLabel);
     createMenus();
-    resize(1400, 1000);
+    // Not taller (or wider) than the screen: the status bar must stay on it.
+    QSize size = kPreferredSize;
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        const QSize available = screen->availableGeometry().size();
+        size = size.boundedTo(QSize(available.width() * 92 / 100, available.height() * 92 / 100));
+    }
+    resize(size);
+
+    connect(getUndoStack(), &QUndoStack::cleanChanged, this, [this](bool aClean) { setWindowModified(!aClean); });
+    connect(getUndoStack(), &QUndoStack::indexChanged, this, &OvViewerMainWindow::updateDeleteAction);
+    connect(getEditor(), &KxGsEditor::signalSelectionChanged, this, &OvViewerMainWindow::updateDeleteAction);
+    connect(getEditor(), &KxGsEditor::scaleChanged, this, &OvViewerMainWindow::updateZoomLabel);
+    updateDeleteAction();
+    updateZoomLabel();
     updateTitle();
+}
+
+OvViewerMainWindow::~OvViewerMainWindow()
+{
+    // The base's children (undo stack, scene) still talk while they go.
+    getUndoStack()->disconnect(this);
+    getEditor()->disconnect(this);
 }
 
 QString OvViewerMainWindow::sampleImagePath()
@@ -105,17 +146,14 @@ void OvViewerMainWindow::createMenus()
     QMenu* file = menuBar()->addMenu(tr("&File"));
     QAction* open = file->addAction(tr("&Open..."), this, &OvViewerMainWindow::slotOpen);
     open->setShortcut(QKeySequence::Open);
-    file->addAction(tr("Open &Sample"), this, [this] {
-        QString error;
-        if (!openImage(sampleImagePath(), &error))
-            reportError(error);
-    });
+    file->addAction(tr("Open &Sample"), this, &OvViewerMainWindow::slotOpenSample);
     file->addSeparator();
     file->addAction(tr("Open &Measurements..."), this, &OvViewerMainWindow::slotOpenMeasurements);
     QAction* save = file->addAction(tr("Sa&ve Measurements..."), this, &OvViewerMainWindow::slotSaveMeasurements);
     save->setShortcut(QKeySequence::Save);
     file->addAction(tr("&Export Results..."), this, &OvViewerMainWindow::slotExportValues);
-    file->addAction(tr("Save Screens&hot..."), this, &OvViewerMainWindow::slotSaveScreenshot);
+    file->addAction(tr("Save Screens&hot of the Window..."), this, &OvViewerMainWindow::slotSaveScreenshot);
+    file->addAction(tr("Save &Picture with Measurements..."), this, &OvViewerMainWindow::slotSavePicture);
     file->addSeparator();
     QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
@@ -124,11 +162,22 @@ void OvViewerMainWindow::createMenus()
     QAction* undo = getUndoStack()->createUndoAction(this, tr("&Undo"));
     undo->setShortcut(QKeySequence::Undo);
     QAction* redo = getUndoStack()->createRedoAction(this, tr("&Redo"));
-    redo->setShortcut(QKeySequence::Redo);
+    // Ctrl+Y as well, whatever the platform's own redo key is.
+    QList<QKeySequence> redoKeys = QKeySequence::keyBindings(QKeySequence::Redo);
+    if (!redoKeys.contains(QKeySequence(tr("Ctrl+Y"))))
+        redoKeys << QKeySequence(tr("Ctrl+Y"));
+    redo->setShortcuts(redoKeys);
     edit->addAction(undo);
     edit->addAction(redo);
     edit->addSeparator();
-    edit->addAction(tr("&Delete Selected"), this, [this] { getEditor()->deleteSelected(); });
+    QAction* selectAll = edit->addAction(tr("Select &All"), this, [this] { getEditor()->selectAll(); });
+    selectAll->setShortcut(QKeySequence::SelectAll);
+    QAction* cancel = edit->addAction(tr("Cancel Drawing / Deselect"), this,
+                                      [this] { getEditor()->cancelOrDeselect(); });
+    cancel->setShortcut(QKeySequence(Qt::Key_Escape));
+    deleteSelectedAction = edit->addAction(tr("&Delete Selected"), this, [this] { getEditor()->deleteSelected(); });
+    deleteSelectedAction->setShortcut(QKeySequence::Delete);
+    edit->addSeparator();
     edit->addAction(tr("&Calibration..."), this, [this] {
         getConfigurationPanel()->show();
         getConfigurationList()->setCurrentRow(0);
@@ -141,6 +190,12 @@ void OvViewerMainWindow::createMenus()
     viewMenu->addAction(tr("&Fit"), this, &OvGuiMainWindowBase::slotZoomFit)->setShortcut(tr("Ctrl+0"));
     viewMenu->addAction(tr("&Actual Pixels"), this, &OvGuiMainWindowBase::slotZoomActual)->setShortcut(tr("Ctrl+1"));
     viewMenu->addSeparator();
+    QAction* tools = getToolDock()->toggleViewAction();
+    tools->setText(tr("&Tools"));
+    viewMenu->addAction(tools);
+    QAction* history = historyDockWidget->toggleViewAction();
+    history->setText(tr("&History"));
+    viewMenu->addAction(history);
     viewMenu->addAction(results->toggleViewAction());
     viewMenu->addSeparator();
     frameActions = new QActionGroup(this);
@@ -171,6 +226,13 @@ QStringList OvViewerMainWindow::loadPlugins()
     }
     for (const QString& message : messages)
         reportError(message);
+    grouper->watch(getToolDock());
+    grouper->setWanted([this] { return !getEditor()->getSelectedObjects().isEmpty(); });
+    // The panel's colour dialog follows the choice live: one pick, one step.
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (qobject_cast<QColorDialog*>(widget))
+            grouper->watchDialog(widget);
+    }
     return messages;
 }
 
@@ -211,15 +273,19 @@ bool OvViewerMainWindow::openImages(const QStringList& aFileNames, QString* anEr
     // measurement.
     media.setFrameCount(sequence.frameCount());
 
+    grouper->end();
+    getEditor()->cancelOrDeselect();
     getUndoStack()->clear();
     getEditor()->setCurrentObject(nullptr, false);
     setImage(image);
     currentFile = fileName;
+    measurementsFile.clear();
     KxKernelData::getInstance()->loadMedia(media, image.size());
     frameBar->setFrameCount(sequence.frameCount());
     frameToolBar->setVisible(sequence.frameCount() > 1);
     frameActions->setEnabled(sequence.frameCount() > 1);
     calibrationPage->showCalibration(umPerPixel, QFileInfo(fileName).fileName());
+    recheckZoomBlock();
     updateTitle();
     const QString name = QFileInfo(fileName).fileName();
     statusBar()->showMessage(sequence.frameCount() > 1
@@ -282,13 +348,157 @@ void OvViewerMainWindow::setCalibration(double anUmPerPixel)
     // picture can now be measured.
     Q_EMIT OvDeviceSetManager::instance()->signalDeviceSetModified(OvDeviceSetManager::FlagCalibrationChanged);
     Q_EMIT KxSignalCenter::getInstance()->signalMediaLoaded();
+    recheckZoomBlock();
     updateTitle();
+}
+
+void OvViewerMainWindow::recheckZoomBlock()
+{
+    Q_EMIT getEditor()->scaleChanged();
+}
+
+void OvViewerMainWindow::updateZoomLabel()
+{
+    const double percent = getEditor()->getZoom() * 100.0;
+    zoomStatus->setText(tr("Zoom %1 %").arg(percent, 0, 'f', percent < 10.0 ? 1 : 0));
+}
+
+void OvViewerMainWindow::updateDeleteAction()
+{
+    if (deleteSelectedAction)
+        deleteSelectedAction->setEnabled(!getEditor()->getSelectedObjects().isEmpty());
+}
+
+bool OvViewerMainWindow::isModified() const
+{
+    return !getUndoStack()->isClean();
+}
+
+bool OvViewerMainWindow::maybeDiscard(const QString& anAction)
+{
+    grouper->end();
+    if (scripted || !isModified())
+        return true;
+    const QString question = tr("The measurements on %1 have changed. %2 discards them.")
+                                 .arg(currentFile.isEmpty() ? tr("this picture") : QFileInfo(currentFile).fileName(),
+                                      anAction);
+    QMessageBox::StandardButton answer = QMessageBox::Cancel;
+    if (questionHook) {
+        answer = questionHook(question);
+    } else {
+        QMessageBox box(QMessageBox::Warning, tr("Ov Viewer"), question,
+                        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
+        box.setDefaultButton(QMessageBox::Save);
+        answer = static_cast<QMessageBox::StandardButton>(box.exec());
+    }
+    if (answer == QMessageBox::Save)
+        return saveBeforeDiscard();
+    return answer == QMessageBox::Discard;
+}
+
+bool OvViewerMainWindow::saveBeforeDiscard()
+{
+    // Where these measurements were last saved or opened, else beside the picture.
+    QString file = measurementsFile.isEmpty() ? OvMeasurementFile::defaultPathFor(currentFile) : measurementsFile;
+    if (file.isEmpty())
+        file = QFileDialog::getSaveFileName(this, tr("Save Measurements"),
+                                            QStringLiteral("measurements.measurements.json"),
+                                            tr("Measurements (*.json)"));
+    if (file.isEmpty())
+        return false;
+    QString error;
+    if (!saveMeasurements(file, &error)) {
+        reportError(error);
+        return false;
+    }
+    return true;
+}
+
+void OvViewerMainWindow::closeEvent(QCloseEvent* anEvent)
+{
+    if (!maybeDiscard(tr("Quitting"))) {
+        anEvent->ignore();
+        return;
+    }
+    if (!scripted)
+        saveLayout();
+    // Discarded: the measurements go without another question.
+    getUndoStack()->setClean();
+    anEvent->accept();
+}
+
+void OvViewerMainWindow::restoreLayout()
+{
+    const QByteArray geometry = KxAppSettings::value(QString::fromLatin1(kKeyGeometry)).toByteArray();
+    const QByteArray state = KxAppSettings::value(QString::fromLatin1(kKeyWindowState)).toByteArray();
+    if (!geometry.isEmpty())
+        restoreGeometry(geometry);
+    if (!state.isEmpty())
+        restoreState(state);
+}
+
+void OvViewerMainWindow::saveLayout() const
+{
+    KxAppSettings::setValue(QString::fromLatin1(kKeyGeometry), saveGeometry());
+    KxAppSettings::setValue(QString::fromLatin1(kKeyWindowState), saveState());
+    KxAppSettings::sync();
+}
+
+QImage OvViewerMainWindow::renderPicture() const
+{
+    KxGsEditor* editor = getEditor();
+    const QSize size = editor->getImage().size();
+    if (size.isEmpty() || !editor->scene())
+        return QImage();
+    QImage picture(size, QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::black);
+    // The lens and a selection band are tools, not part of the picture.
+    KxLocalMagnifier* lens = KxGsManipulator::localMagnifier();
+    const bool lensShown = lens && lens->isVisible();
+    if (lensShown)
+        lens->hide();
+    QGraphicsItem* band = editor->getSelectionBand();
+    if (band)
+        band->hide();
+    {
+        QPainter painter(&picture);
+        painter.setRenderHint(QPainter::Antialiasing, true);
+        editor->scene()->render(&painter, QRectF(QPointF(0.0, 0.0), QSizeF(size)), editor->sceneBoundingRect(),
+                                Qt::IgnoreAspectRatio);
+    }
+    if (band)
+        band->show();
+    if (lensShown)
+        lens->show();
+    return picture;
+}
+
+bool OvViewerMainWindow::saveScreenshot(const QString& aFileName, bool aPictureOnly, QString* anError)
+{
+    const QImage shot = aPictureOnly ? renderPicture() : grab().toImage();
+    if (shot.isNull() || !shot.save(aFileName, "PNG")) {
+        if (anError)
+            *anError = tr("Cannot write %1").arg(aFileName);
+        return false;
+    }
+    statusBar()->showMessage(tr("Saved %1").arg(QDir::toNativeSeparators(QFileInfo(aFileName).absoluteFilePath())),
+                             10000);
+    return true;
+}
+
+bool OvViewerMainWindow::exportValues(const QString& aFileName, QString* anError)
+{
+    if (!OvMeasurementExporter::writeCsv(aFileName, anError))
+        return false;
+    statusBar()->showMessage(
+        tr("Values written to %1").arg(QDir::toNativeSeparators(QFileInfo(aFileName).absoluteFilePath())), 10000);
+    return true;
 }
 
 void OvViewerMainWindow::updateTitle()
 {
     const QString name = currentFile.isEmpty() ? tr("no picture") : QFileInfo(currentFile).fileName();
-    setWindowTitle(tr("%1 - Ov Viewer").arg(name));
+    setWindowTitle(tr("%1[*] - Ov Viewer").arg(name));
     const double um = calibration();
     calibrationLabel->setText(um > 0.0 ? tr("%1 \u00B5m/px").arg(um) : tr("uncalibrated"));
 }
@@ -303,6 +513,8 @@ void OvViewerMainWindow::reportError(const QString& aMessage)
 
 void OvViewerMainWindow::slotOpen()
 {
+    if (!maybeDiscard(tr("Opening another picture")))
+        return;
     // Several pictures open as the frames of one time series, in name order.
     QStringList files = QFileDialog::getOpenFileNames(this, tr("Open Pictures"), QString(),
                                                       tr("Pictures (*.png *.jpg *.jpeg *.tif *.tiff *.bmp)"));
@@ -314,6 +526,15 @@ void OvViewerMainWindow::slotOpen()
         reportError(error);
 }
 
+void OvViewerMainWindow::slotOpenSample()
+{
+    if (!maybeDiscard(tr("Opening the sample")))
+        return;
+    QString error;
+    if (!openImage(sampleImagePath(), &error))
+        reportError(error);
+}
+
 void OvViewerMainWindow::slotExportValues()
 {
     const QString file = QFileDialog::getSaveFileName(this, tr("Export Values"), QStringLiteral("values.csv"),
@@ -321,16 +542,26 @@ void OvViewerMainWindow::slotExportValues()
     if (file.isEmpty())
         return;
     QString error;
-    if (!OvMeasurementExporter::writeCsv(file, &error))
+    if (!exportValues(file, &error))
         reportError(error);
 }
 
 void OvViewerMainWindow::slotSaveScreenshot()
 {
-    const QString file = QFileDialog::getSaveFileName(this, tr("Save Screenshot"), QStringLiteral("screenshot.png"),
-                                                      tr("PNG (*.png)"));
-    if (!file.isEmpty() && !grab().save(file))
-        reportError(tr("Cannot write %1").arg(file));
+    const QString file = QFileDialog::getSaveFileName(this, tr("Save Screenshot of the Window"),
+                                                      QStringLiteral("screenshot.png"), tr("PNG (*.png)"));
+    QString error;
+    if (!file.isEmpty() && !saveScreenshot(file, false, &error))
+        reportError(error);
+}
+
+void OvViewerMainWindow::slotSavePicture()
+{
+    const QString file = QFileDialog::getSaveFileName(this, tr("Save Picture with Measurements"),
+                                                      QStringLiteral("measured.png"), tr("PNG (*.png)"));
+    QString error;
+    if (!file.isEmpty() && !saveScreenshot(file, true, &error))
+        reportError(error);
 }
 
 void OvViewerMainWindow::requestCalibration(double anUmPerPixel)
@@ -365,6 +596,7 @@ bool OvViewerMainWindow::saveMeasurements(const QString& aFileName, QString* anE
 {
     if (!OvMeasurementFile::save(aFileName, anError))
         return false;
+    measurementsFile = aFileName;
     getUndoStack()->setClean();
     statusBar()->showMessage(tr("Measurements saved to %1").arg(aFileName), 5000);
     return true;
@@ -375,6 +607,7 @@ bool OvViewerMainWindow::loadMeasurements(const QString& aFileName, QString* anE
     QString warning;
     if (!OvMeasurementFile::load(aFileName, this, anError, &warning))
         return false;
+    measurementsFile = aFileName;
     getEditor()->setCurrentObject(nullptr, false);
     if (!warning.isEmpty())
         reportError(warning);
@@ -397,6 +630,8 @@ void OvViewerMainWindow::slotSaveMeasurements()
 
 void OvViewerMainWindow::slotOpenMeasurements()
 {
+    if (!maybeDiscard(tr("Opening other measurements")))
+        return;
     const QString file = QFileDialog::getOpenFileName(this, tr("Open Measurements"),
                                                       OvMeasurementFile::defaultPathFor(currentFile),
                                                       tr("Measurements (*.json)"));

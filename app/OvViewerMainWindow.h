@@ -4,6 +4,7 @@
 #include "OvImageSequence.h"
 #include "OvPluginHost.h"
 
+#include <QMessageBox>
 #include <QStringList>
 
 #include <functional>
@@ -16,6 +17,9 @@ class QActionGroup;
 class QToolBar;
 class OvResultsDock;
 class OvToolBase;
+class OvUndoGrouper;
+class QAction;
+class QDockWidget;
 class QLabel;
 class QUndoView;
 
@@ -27,6 +31,7 @@ class OvViewerMainWindow : public OvGuiMainWindowBase
 
 public:
     explicit OvViewerMainWindow(QWidget* aParent = nullptr);
+    ~OvViewerMainWindow() override;
 
     // Loads every plug-in and adds its features. Messages (failures and
     // refusals) are shown in the status bar and returned.
@@ -83,6 +88,43 @@ public:
     void reportError(const QString& aMessage);
 
     void setInteractive(bool anInteractive) { interactive = anInteractive; }
+    // A scripted run (--script, --quit, --demo) never asks before discarding
+    // and neither restores nor saves the window layout.
+    void setScripted(bool aScripted) { scripted = aScripted; }
+    bool isScripted() const { return scripted; }
+
+    // The measurements differ from the opened picture's (the undo stack is
+    // not at its clean index).
+    bool isModified() const;
+    // Asks "Save / Discard / Cancel" before measurements would be lost; true
+    // when they may go (nothing modified, a scripted run, Discard chosen, or
+    // Save chosen and the measurements saved).
+    bool maybeDiscard(const QString& anAction);
+    // Answers the discard question instead of a dialog (tests). The hook gets
+    // the question's text and returns QMessageBox::Save, ::Discard or ::Cancel.
+    using QuestionHook = std::function<QMessageBox::StandardButton(const QString&)>;
+    void setQuestionHook(const QuestionHook& aHook) { questionHook = aHook; }
+
+    // Window size, position and dock layout of the last interactive session.
+    void restoreLayout();
+    void saveLayout() const;
+
+    // The picture with its measurements at one picture pixel per image pixel
+    // (labels and buttons at their screen size), without the window around it.
+    QImage renderPicture() const;
+    // Writes the window (aPictureOnly false) or renderPicture() as PNG and
+    // says where in the status bar; false with a message.
+    bool saveScreenshot(const QString& aFileName, bool aPictureOnly, QString* anError);
+    // Writes the CSV and says where in the status bar.
+    bool exportValues(const QString& aFileName, QString* anError);
+
+    OvUndoGrouper* undoGrouper() const { return grouper; }
+    QAction* deleteAction() const { return deleteSelectedAction; }
+    QDockWidget* historyDock() const { return historyDockWidget; }
+    QLabel* zoomLabel() const { return zoomStatus; }
+
+protected:
+    void closeEvent(QCloseEvent* anEvent) override;
 
 public Q_SLOTS:
     // Calibrates from the selected distance line, or lets the user drag one.
@@ -90,19 +132,28 @@ public Q_SLOTS:
 
 private Q_SLOTS:
     void slotOpen();
+    void slotOpenSample();
     void slotExportValues();
     void slotSaveScreenshot();
     void slotSaveMeasurements();
     void slotOpenMeasurements();
     void askLineCalibration(double aPixels);
     void slotShowMeasurement(int aType, int anIndex);
+    void slotSavePicture();
 
 private:
     void createMenus();
     // Asks whether to open the measurements saved beside the picture, when
     // there are some and the window is used interactively.
     void offerSavedMeasurements();
+    // The discard question's Save: false when nothing was saved (cancelled or failed).
+    bool saveBeforeDiscard();
     void updateTitle();
+    void updateZoomLabel();
+    void updateDeleteAction();
+    // The tool re-checks whether the zoom allows measuring: loading media
+    // enables it whatever the zoom.
+    void recheckZoomBlock();
 
     OvCalibrationPage* calibrationPage;
     QUndoView* historyView;
@@ -113,7 +164,15 @@ private:
     QActionGroup* frameActions = nullptr;
     OvImageSequence sequence;
     QLabel* calibrationLabel;
+    QLabel* zoomStatus;
+    QDockWidget* historyDockWidget;
+    OvUndoGrouper* grouper;
+    QAction* deleteSelectedAction = nullptr;
     QList<OvPluginHost::Plugin> plugins;
     QString currentFile;
+    // The file the measurements were last saved to or opened from.
+    QString measurementsFile;
+    QuestionHook questionHook;
     bool interactive = false;
+    bool scripted = false;
 };

@@ -90,7 +90,11 @@ int main(int argc, char* argv[])
 
     OvViewerMainWindow window;
     window.setInteractive(!batch);
+    // Scripted runs are repeatable: no questions, no remembered layout.
+    window.setScripted(batch || parser.isSet(script) || parser.isSet(demo));
     window.loadPlugins();
+    if (!window.isScripted())
+        window.restoreLayout();
 
     // Several pictures open as the frames of one time series.
     QStringList images = parser.positionalArguments();
@@ -153,7 +157,7 @@ int main(int argc, char* argv[])
         window.reportError(error);
         code = code == ExitOk ? ExitBadInput : code;
     }
-    if (parser.isSet(exportCsv) && !OvMeasurementExporter::writeCsv(parser.value(exportCsv), &error)) {
+    if (parser.isSet(exportCsv) && !window.exportValues(parser.value(exportCsv), &error)) {
         window.reportError(error);
         code = code == ExitOk ? ExitBadInput : code;
     }

@@ -10,8 +10,10 @@
 #include <QGraphicsSceneDragDropEvent>
 #include <QGraphicsSceneHoverEvent>
 #include <QGraphicsSceneMouseEvent>
+#include <QGraphicsRectItem>
 #include <QGraphicsSceneWheelEvent>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QPainter>
 #include <QUndoStack>
 #include <QWidget>
@@ -165,6 +167,148 @@ void KxGsEditor::setCurrentObject(KxGsObject* anObj, bool aAddToSelection)
         anObj->setCurrent(true);
     if (old != anObj)
         emit signalCurrentObjectChanged(anObj);
+    emit signalSelectionChanged();
+}
+
+void KxGsEditor::deselectObject(KxGsObject* anObj)
+{
+    if (!anObj)
+        return;
+    selectedObjects.removeAll(anObj);
+    selectedObjects.removeAll(QPointer<KxGsObject>());
+    anObj->setSelected(false);
+    if (currentObject == anObj) {
+        const QList<KxGsObject*> remaining = getSelectedObjects();
+        KxGsObject* next = remaining.isEmpty() ? nullptr : remaining.last();
+        anObj->setCurrent(false);
+        currentObject = next;
+        if (next)
+            next->setCurrent(true);
+        emit signalCurrentObjectChanged(next);
+    }
+    emit signalSelectionChanged();
+}
+
+QList<KxGsObject*> KxGsEditor::selectableObjects() const
+{
+    QList<KxGsObject*> result;
+    for (KxGsObject* obj : getAllChildGsObjects()) {
+        KxGsManipulator* manipulator = obj->getManipulator();
+        if (obj->isVisible() && !obj->hidden && manipulator && manipulator->getObjectIdx(obj) >= 0)
+            result.append(obj);
+    }
+    return result;
+}
+
+void KxGsEditor::selectAll()
+{
+    if (isGestureUnderWay())
+        return;
+    for (KxGsObject* obj : selectableObjects())
+        setCurrentObject(obj, true);
+}
+
+void KxGsEditor::selectInRect(const QRectF& aRect, bool aAdd)
+{
+    if (!aAdd)
+        setCurrentObject(nullptr, false);
+    const QRectF rect = aRect.normalized();
+    for (KxGsObject* obj : selectableObjects()) {
+        if (obj->isRectContainsObject(obj->mapRectFromParent(rect)))
+            setCurrentObject(obj, true);
+    }
+}
+
+bool KxGsEditor::isGestureUnderWay() const
+{
+    if (itemOwnsMouse || manipulatorHasMouse || band)
+        return true;
+    if (overrideManipulator && overrideManipulator->hasGestureInProgress())
+        return true;
+    const KxGsObject* current = currentObject.data();
+    if (current && !current->isDiscarded()) {
+        const KxGsManipulator* manipulator = current->getManipulator();
+        if (!manipulator || manipulator->getObjectIdx(current) < 0)
+            return true;
+    }
+    return false;
+}
+
+bool KxGsEditor::cancelOrDeselect()
+{
+    if (band) {
+        delete band;
+        band = nullptr;
+        return true;
+    }
+    QPointer<KxGsManipulator> tool = overrideManipulator;
+    if (!isGestureUnderWay()) {
+        if (!currentObject && getSelectedObjects().isEmpty())
+            return false;
+        setCurrentObject(nullptr, false);
+        if (tool && !overrideManipulator)
+            setOverrideManipulator(tool.data());
+        return true;
+    }
+    // Dragging a stored item is not a measurement in progress: it stays.
+    if (itemOwnsMouse)
+        return false;
+    // Clearing the current object may make a tool panel drop its drawing
+    // tool; the tool stays chosen for the next measurement.
+    bool cancelled = tool && tool->cancelGesture();
+    // Whatever kind it belongs to, an unstored current item is the unfinished
+    // measurement: the frame forgets it when the current object turns null.
+    KxGsObject* current = currentObject.data();
+    if (current && !current->isDiscarded()) {
+        KxGsManipulator* manipulator = current->getManipulator();
+        if (!manipulator || manipulator->getObjectIdx(current) < 0) {
+            setCurrentObject(nullptr, false);
+            current->discard();
+            cancelled = true;
+        }
+    }
+    if (tool && !overrideManipulator)
+        setOverrideManipulator(tool.data());
+    return cancelled;
+}
+
+QGraphicsRectItem* KxGsEditor::getSelectionBand() const
+{
+    return band;
+}
+
+bool KxGsEditor::toggleOffUnderMouse(QGraphicsSceneMouseEvent* anEvent)
+{
+    const int tolerance = std::max(1, int(KxGsObject::kDefaultSelSize / zoom));
+    for (KxGsObject* candidate : pressCandidates()) {
+        int part = 0;
+        if (candidate->hidden
+            || !candidate->isPointOnObject(candidate->mapFromScene(anEvent->scenePos()), part, tolerance))
+            continue;
+        // The topmost item hit decides: an unselected one takes the press and
+        // joins the selection as usual.
+        if (!candidate->isSelected())
+            return false;
+        deselectObject(candidate);
+        itemOwnsMouse = true;
+        grabbedObject = nullptr;
+        pressButton = anEvent->button();
+        return true;
+    }
+    return false;
+}
+
+void KxGsEditor::startBand(QGraphicsSceneMouseEvent* anEvent)
+{
+    bandStart = anEvent->pos();
+    bandAdds = anEvent->modifiers() & Qt::ControlModifier;
+    band = new QGraphicsRectItem(QRectF(bandStart, QSizeF(0.0, 0.0)), this);
+    QPen pen(QColor(0, 177, 253), 1.0, Qt::DashLine);
+    pen.setCosmetic(true);
+    band->setPen(pen);
+    band->setBrush(QColor(0, 177, 253, 40));
+    band->setAcceptedMouseButtons(Qt::NoButton);
+    band->setZValue(1.0e5);
 }
 
 void KxGsEditor::forgetObject(KxGsObject* anObj)
@@ -329,12 +473,22 @@ bool KxGsEditor::isOverrideDrawing() const
 
 void KxGsEditor::startGesture(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick)
 {
+    const bool left = anEvent->button() == Qt::LeftButton;
+    const bool control = anEvent->modifiers() & Qt::ControlModifier;
+    if (left && !aDoubleClick && control && toggleOffUnderMouse(anEvent))
+        return;
     // A drawing gesture keeps every press, and a manipulator may claim a press
     // over a stored item (a circle-to-circle line starts on a circle).
     const bool claimed = isOverrideDrawing()
                          || (overrideManipulator && overrideManipulator->claimsPress(anEvent->pos()));
     if (!claimed && pressItem(anEvent, aDoubleClick))
         return;
+    // Empty picture area: a band selects, unless a drawing tool takes the
+    // press (Ctrl makes it a band even then) or a measurement is unfinished.
+    if (left && !aDoubleClick && (!overrideManipulator || control) && !isGestureUnderWay()) {
+        startBand(anEvent);
+        return;
+    }
     if (overrideManipulator) {
         manipulatorHasMouse = true;
         if (aDoubleClick)
@@ -351,6 +505,8 @@ void KxGsEditor::startGesture(QGraphicsSceneMouseEvent* anEvent, bool aDoubleCli
 void KxGsEditor::mousePressEvent(QGraphicsSceneMouseEvent* anEvent)
 {
     anEvent->accept();
+    if (band)
+        return;
     if (itemOwnsMouse || manipulatorHasMouse) {
         // A further button during a gesture belongs to whoever holds it.
         if (manipulatorHasMouse && overrideManipulator)
@@ -365,7 +521,7 @@ void KxGsEditor::mousePressEvent(QGraphicsSceneMouseEvent* anEvent)
 void KxGsEditor::mouseDoubleClickEvent(QGraphicsSceneMouseEvent* anEvent)
 {
     anEvent->accept();
-    if (itemOwnsMouse || manipulatorHasMouse)
+    if (itemOwnsMouse || manipulatorHasMouse || band)
         return;
     startGesture(anEvent, true);
 }
@@ -373,6 +529,10 @@ void KxGsEditor::mouseDoubleClickEvent(QGraphicsSceneMouseEvent* anEvent)
 void KxGsEditor::mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent)
 {
     anEvent->accept();
+    if (band) {
+        band->setRect(QRectF(bandStart, anEvent->pos()).normalized());
+        return;
+    }
     if (itemOwnsMouse) {
         if (grabbedObject && !grabbedObject->isDiscarded()) {
             QMouseEvent event = makeMouseEvent(QEvent::MouseMove, grabbedObject.data(), anEvent);
@@ -387,6 +547,15 @@ void KxGsEditor::mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent)
 void KxGsEditor::mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent)
 {
     anEvent->accept();
+    if (band) {
+        if (anEvent->button() != Qt::LeftButton)
+            return;
+        const QRectF rect = QRectF(bandStart, anEvent->pos()).normalized();
+        delete band;
+        band = nullptr;
+        selectInRect(rect, bandAdds);
+        return;
+    }
     if (itemOwnsMouse) {
         if (anEvent->button() != pressButton)
             return;
@@ -398,6 +567,9 @@ void KxGsEditor::mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent)
         const bool wasMoving = obj->isMoving() && !obj->isReshaping();
         QMouseEvent event = makeMouseEvent(QEvent::MouseButtonRelease, obj.data(), anEvent);
         obj->manipMouseReleaseEvent(&event);
+        // Handles hidden during a move come back: repaint whatever the item did.
+        if (obj && !obj->isDiscarded())
+            obj->update();
         if (obj && !obj->isDiscarded() && wasMoving && obj->pos() != grabbedStartPos)
             writeBackMove(obj.data());
         return;
@@ -458,6 +630,15 @@ void KxGsEditor::keyPressEvent(QKeyEvent* anEvent)
     if (anEvent->key() == Qt::Key_Delete || anEvent->key() == Qt::Key_Backspace) {
         anEvent->accept();
         deleteSelected();
+        return;
+    }
+    if (anEvent->key() == Qt::Key_Escape) {
+        anEvent->setAccepted(cancelOrDeselect());
+        return;
+    }
+    if (anEvent->matches(QKeySequence::SelectAll)) {
+        anEvent->accept();
+        selectAll();
         return;
     }
     anEvent->ignore();

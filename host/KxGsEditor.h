@@ -12,6 +12,7 @@
 class KxGsManipulator;
 class KxGsObject;
 class KxView;
+class QGraphicsRectItem;
 class QMouseEvent;
 
 // The graphics editor: the item that shows the picture and is the parent of
@@ -61,6 +62,28 @@ public:
     // Drops anObj from current and selection without any signal (used when an
     // item is going away).
     void forgetObject(KxGsObject* anObj);
+    // Takes anObj out of the selection; when it was current, the most
+    // recently selected remaining object becomes current (null when none).
+    void deselectObject(KxGsObject* anObj);
+    // Selects every visible stored measurement; the last one becomes current.
+    // Ignored while a gesture is under way.
+    void selectAll();
+    // Selects the visible stored measurements that lie inside aRect (this
+    // item's coordinates), replacing the selection or, with aAdd, joining it.
+    void selectInRect(const QRectF& aRect, bool aAdd);
+
+    // A gesture is under way: the mouse is held by an item, the manipulator or
+    // a selection band, the override manipulator has an unfinished item, or
+    // the current object is not stored yet.
+    bool isGestureUnderWay() const;
+    // Escape: cancels the gesture under way (the unfinished measurement is
+    // discarded, nothing is stored) or, when there is none, clears the
+    // selection; either way the override manipulator stays chosen. A drag of
+    // a stored item is left alone. True when something was cancelled or
+    // deselected.
+    bool cancelOrDeselect();
+    // The selection band being dragged, null when none.
+    QGraphicsRectItem* getSelectionBand() const;
 
     // The previous override manipulator gets deactivate(), the new one
     // activate(). Null is the same as restoreOverrideManipulator().
@@ -84,6 +107,8 @@ public:
 signals:
     void scaleChanged();
     void signalCurrentObjectChanged(const KxGsObject* anObj);
+    // The set of selected objects may have changed.
+    void signalSelectionChanged();
 
 protected:
     void mousePressEvent(QGraphicsSceneMouseEvent* anEvent) override;
@@ -113,6 +138,11 @@ private:
     QMouseEvent makeMouseEvent(QEvent::Type aType, const KxGsObject* anObj, QGraphicsSceneMouseEvent* anEvent) const;
     QList<KxGsObject*> pressCandidates() const;
     void writeBackMove(KxGsObject* anObj);
+    // Ctrl+press on a selected item: takes it out of the selection. True when
+    // the press was used so.
+    bool toggleOffUnderMouse(QGraphicsSceneMouseEvent* anEvent);
+    void startBand(QGraphicsSceneMouseEvent* anEvent);
+    QList<KxGsObject*> selectableObjects() const;
 
     QImage image;
     double zoom = 1.0;
@@ -127,5 +157,9 @@ private:
     // when the item went away) until the release.
     bool itemOwnsMouse = false;
     bool manipulatorHasMouse = false;
+    // Selection band: drawn while the left button drags on empty picture area.
+    QGraphicsRectItem* band = nullptr;
+    QPointF bandStart;
+    bool bandAdds = false;
     static KxGsEditor* theInstance;
 };

@@ -181,6 +181,16 @@ KxGsObject* KxGsManipulator::getGsObject(int anIdx)
     return gsObjectMap.value(anIdx, nullptr);
 }
 
+bool KxGsManipulator::hasGestureInProgress() const
+{
+    return false;
+}
+
+bool KxGsManipulator::cancelGesture()
+{
+    return false;
+}
+
 void KxGsManipulator::activate()
 {
     if (editor)

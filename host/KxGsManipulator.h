@@ -85,6 +85,12 @@ public:
     // override manipulator. The base sets / leaves the editor's cursor.
     virtual void activate();
     virtual void deactivate();
+    // A measurement of this manipulator is unfinished (its item exists but is
+    // not stored yet). Base: false.
+    virtual bool hasGestureInProgress() const;
+    // Escape: drops the unfinished measurement and the gesture's state;
+    // nothing is stored. True when something was cancelled. Base: false.
+    virtual bool cancelGesture();
     // Scene events of the editor while this is the override manipulator. The
     // base ignores them; a double click counts as a press.
     virtual void mousePressEvent(QGraphicsSceneMouseEvent* anEvent);

@@ -59,7 +59,8 @@ public:
 
     // The item's own selection flag (the editor's selection), not the
     // graphics-view one: items are never selectable in the scene's sense.
-    void setSelected(bool aSelected);
+    // Virtual so that items can show the selection (the label's frame).
+    virtual void setSelected(bool aSelected);
     bool isSelected() const;
     void setLocked(bool aLocked);
     bool isLocked() const;

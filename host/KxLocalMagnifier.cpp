@@ -29,6 +29,7 @@ KxLocalMagnifier::KxLocalMagnifier(KxGsEditor* anEditor, QSize aSize, double aSc
     , round(aRound)
     , crossHair(aCrossHair)
     , hotspot(aHotspot)
+    , placedHotspot(aHotspot)
 {
     setFlag(QGraphicsItem::ItemIgnoresTransformations);
     setAcceptedMouseButtons(Qt::NoButton);
@@ -39,8 +40,36 @@ KxLocalMagnifier::KxLocalMagnifier(KxGsEditor* anEditor, QSize aSize, double aSc
 void KxLocalMagnifier::moveTo(const QPointF& aPos, const QPointF& aScenePos)
 {
     sourcePos = aPos;
+    const QPoint placed = placementFor(aScenePos);
+    if (placed != placedHotspot) {
+        prepareGeometryChange();
+        placedHotspot = placed;
+    }
     setPos(aScenePos);
     update();
+}
+
+QPoint KxLocalMagnifier::placementFor(const QPointF& aScenePos) const
+{
+    if (!scene() || scene()->views().isEmpty())
+        return hotspot;
+    const QGraphicsView* view = scene()->views().first();
+    const QRectF port(view->viewport()->rect());
+    const QPointF cursor = view->viewportTransform().map(aScenePos);
+    const double halfWidth = lensSize.width() / 2.0 + kFrameWidth;
+    const double halfHeight = lensSize.height() / 2.0 + kFrameWidth;
+    // How far a lens centred at aCentre sticks out of [aLow, aHigh].
+    auto overhang = [](double aCentre, double aHalf, double aLow, double aHigh) {
+        return std::max(0.0, aLow - (aCentre - aHalf)) + std::max(0.0, (aCentre + aHalf) - aHigh);
+    };
+    QPoint placed = hotspot;
+    if (overhang(cursor.x() - hotspot.x(), halfWidth, port.left(), port.right() + 1.0)
+        < overhang(cursor.x() + hotspot.x(), halfWidth, port.left(), port.right() + 1.0))
+        placed.setX(-hotspot.x());
+    if (overhang(cursor.y() - hotspot.y(), halfHeight, port.top(), port.bottom() + 1.0)
+        < overhang(cursor.y() + hotspot.y(), halfHeight, port.top(), port.bottom() + 1.0))
+        placed.setY(-hotspot.y());
+    return placed;
 }
 
 void KxLocalMagnifier::setLensSize(QSize aSize)
@@ -88,9 +117,14 @@ QPoint KxLocalMagnifier::getHotspot() const
     return hotspot;
 }
 
+QPoint KxLocalMagnifier::getPlacedHotspot() const
+{
+    return placedHotspot;
+}
+
 QRectF KxLocalMagnifier::lensRect() const
 {
-    return QRectF(QPointF(hotspot) - QPointF(lensSize.width() / 2.0, lensSize.height() / 2.0), QSizeF(lensSize));
+    return QRectF(QPointF(placedHotspot) - QPointF(lensSize.width() / 2.0, lensSize.height() / 2.0), QSizeF(lensSize));
 }
 
 QRectF KxLocalMagnifier::boundingRect() const

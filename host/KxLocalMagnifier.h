@@ -23,7 +23,9 @@ public:
                      QPoint aHotspot);
 
     // aPos: the picture point shown at the centre (editor-item coordinates);
-    // aScenePos: the cursor, which the lens sits beside.
+    // aScenePos: the cursor, which the lens sits beside: at the hotspot, or
+    // mirrored to the other side of the cursor in x and/or y where the lens
+    // would otherwise stick out of the view further.
     void moveTo(const QPointF& aPos, const QPointF& aScenePos);
     // Sizes below 16 pixels are raised to 16.
     void setLensSize(QSize aSize);
@@ -35,6 +37,9 @@ public:
     bool isRound() const;
     bool hasCrossHair() const;
     QPoint getHotspot() const;
+    // The hotspot as placed by the last moveTo(): signs flipped where the lens
+    // sits on the other side of the cursor.
+    QPoint getPlacedHotspot() const;
     // The lens in its own (screen pixel) coordinates; (0, 0) is the cursor.
     QRectF lensRect() const;
     // The lens contents as painted (without the frame): lensSize pixels.
@@ -47,6 +52,8 @@ public:
 private:
     // Screen pixels per picture pixel in the first view showing the editor.
     double screenScale(const QWidget* aWidget) const;
+    // The lens centre offset that keeps the lens inside the first view.
+    QPoint placementFor(const QPointF& aScenePos) const;
     void drawLens(QPainter* aPainter, double aScreenScale) const;
 
     QPointer<KxGsEditor> editor;
@@ -56,4 +63,5 @@ private:
     bool round;
     bool crossHair;
     QPoint hotspot;
+    QPoint placedHotspot;
 };

@@ -22,6 +22,13 @@ namespace {
 const double kLabelPadding = 3.0;
 // Beyond this many screen pixels between anchor and label a leader is drawn.
 const double kLeaderDistance = 24.0;
+// Label placement clear of the shape: screen pixels kept free around the
+// label, the side of the probes, the grid step and how many rings are tried
+// (about 100 pixels around the wanted place).
+const double kShapeMargin = 4.0;
+const double kProbePixels = 8.0;
+const double kPlacementStep = 6.0;
+const int kPlacementRings = 16;
 
 QSet<OvGsObject*>& allObjects()
 {
@@ -119,6 +126,7 @@ bool OvGsObject::isLabelVisible() const
 
 void OvGsObject::setLabelPos(const QPointF& aPos)
 {
+    labelPlaced = true;
     labelItem->setPos(aPos);
     updateLeader();
 }
@@ -174,6 +182,7 @@ void OvGsObject::updateLabel()
         color = Qt::white;
     color.setAlpha(255);
     labelText->setBrush(color);
+    labelItem->setPen(isSelected() ? QPen(color, 2.0) : QPen(Qt::NoPen));
     const QRectF textRect = labelText->boundingRect();
     labelItem->setRect(0.0, 0.0, textRect.width() + 2 * kLabelPadding, textRect.height() + 2 * kLabelPadding);
     labelItem->setVisible(labelVisible && !hidden && !labelText->text().isEmpty());
@@ -198,6 +207,13 @@ void OvGsObject::ensureLabelVisible()
     if (!editor)
         return;
     const QRectF area = editor->getEditorArea();
+    if (isLabelPlacedByHost()) {
+        placeLabelBeside(mapRectFromParent(area));
+        // A stored measurement's label is placed once; then it stays.
+        const KxGsManipulator* manipulator = getManipulator();
+        if (manipulator && manipulator->getObjectIdx(this) >= 0)
+            labelPlaced = true;
+    }
     const QRectF label = mapRectToParent(getLabelRect());
     if (area.contains(label))
         return;
@@ -212,6 +228,77 @@ void OvGsObject::ensureLabelVisible()
     if (label.bottom() > area.bottom())
         top = area.bottom() - label.height();
     setLabelPos(mapFromParent(QPointF(left, top)));
+}
+
+bool OvGsObject::isLabelPlacedByHost() const
+{
+    if (!labelItem->isVisibleTo(this))
+        return false;
+    if (!labelPlaced)
+        return true;
+    // Being drawn: the manipulator's current item that is not stored yet.
+    const KxGsManipulator* manipulator = getManipulator();
+    return isCurrent() && manipulator && manipulator->getObjectIdx(this) < 0;
+}
+
+bool OvGsObject::isRectOnShape(const QRectF& aRect) const
+{
+    const double units = unitsPerPixel();
+    const QRectF rect = aRect.adjusted(-kShapeMargin * units, -kShapeMargin * units, kShapeMargin * units,
+                                       kShapeMargin * units);
+    for (const QGraphicsItem* button : { static_cast<const QGraphicsItem*>(trashButton),
+                                         static_cast<const QGraphicsItem*>(activeButton) }) {
+        if (button->isVisibleTo(this) && childRect(button).intersects(rect))
+            return true;
+    }
+    // Square probes of side `tolerance` laid edge to edge over the rectangle.
+    const int tolerance = std::max(1, int(std::ceil(kProbePixels * units)));
+    const double half = tolerance / 2.0;
+    probingShape = true;
+    bool hit = false;
+    for (double y = rect.top() + half; !hit && y - half < rect.bottom(); y += tolerance) {
+        for (double x = rect.left() + half; !hit && x - half < rect.right(); x += tolerance) {
+            int part = 0;
+            hit = isPointOnObject(QPointF(std::min(x, rect.right()), std::min(y, rect.bottom())), part, tolerance);
+        }
+    }
+    probingShape = false;
+    return hit;
+}
+
+void OvGsObject::placeLabelBeside(const QRectF& anArea)
+{
+    const QRectF label = getLabelRect();
+    if (label.isEmpty() || (anArea.contains(label) && !isRectOnShape(label)))
+        return;
+    const double step = kPlacementStep * unitsPerPixel();
+    auto tryAt = [&](int anI, int aJ) {
+        const QRectF candidate = label.translated(anI * step, aJ * step);
+        if (!anArea.contains(candidate) || isRectOnShape(candidate))
+            return false;
+        labelItem->setPos(labelItem->pos() + candidate.topLeft() - label.topLeft());
+        updateLeader();
+        return true;
+    };
+    // Straight moves first, in the order annotations are usually read: above
+    // the shape, after it, before it, below it; each as short as it can be.
+    const int directions[4][2] = { { 0, -1 }, { 1, 0 }, { -1, 0 }, { 0, 1 } };
+    for (const auto& direction : directions) {
+        for (int k = 1; k <= kPlacementRings; ++k) {
+            if (tryAt(direction[0] * k, direction[1] * k))
+                return;
+        }
+    }
+    // Then rings of growing distance around the wanted place (fewer: each
+    // costs a probe of the shape, which grows with its node count).
+    for (int ring = 1; ring <= kPlacementRings / 2; ++ring) {
+        for (int j = -ring; j <= ring; ++j) {
+            for (int i = -ring; i <= ring; ++i) {
+                if (std::max(std::abs(i), std::abs(j)) == ring && i != 0 && j != 0 && tryAt(i, j))
+                    return;
+            }
+        }
+    }
 }
 
 bool OvGsObject::isPointOnLabel(const QPointF& aPoint) const
@@ -342,6 +429,12 @@ void OvGsObject::setCurrent(bool aCurrent)
     updateButtons();
 }
 
+void OvGsObject::setSelected(bool aSelected)
+{
+    KxGsObject::setSelected(aSelected);
+    updateLabel();
+}
+
 void OvGsObject::setName(const QString& aName)
 {
     KxGsObject::setName(aName);
@@ -374,6 +467,8 @@ void OvGsObject::moveObjectBy(const QPointF&)
 
 bool OvGsObject::isPointOnObject(const QPointF& aPoint, int& aPart, int) const
 {
+    if (probingShape)
+        return false;
     if (isPointOnLabel(aPoint)) {
         aPart = PartLabel;
         return true;

@@ -42,8 +42,20 @@ public:
     int getLabelFontPixSize() const;
     void updateLabel();
     // Moves the label so that its rectangle lies inside the editor's area
-    // (the parent's getEditorArea()); nothing without such a parent.
+    // (the parent's getEditorArea()); nothing without such a parent. While
+    // the host chooses the label's place (isLabelPlacedByHost()) it also moves
+    // it off the shape, its handles and its buttons, to the nearest clear
+    // place inside the area: a press on a label wins over the shape, so a
+    // label there would make a handle unreachable.
     void ensureLabelVisible();
+    // The host chooses the label's place while the measurement is being drawn
+    // (the current item, not stored yet) and while nobody has placed its label
+    // (an item rebuilt from the store). Once stored, a label placed by the shape, the
+    // manipulator or the user stays where it was put.
+    bool isLabelPlacedByHost() const;
+    // True when aRect (item coordinates) covers the shape's line, a handle or
+    // a visible button, with a margin of a few screen pixels.
+    bool isRectOnShape(const QRectF& aRect) const;
     bool isPointOnLabel(const QPointF& aPoint) const;
     // The label's rectangle in item coordinates at the current zoom.
     QRectF getLabelRect() const;
@@ -74,6 +86,9 @@ public:
     bool isPointOnActiveButton(const QPointF& aPoint) const;
 
     void setCurrent(bool aCurrent) override;
+    // A selected item's label is framed in the item's colour, so that a
+    // selection of several measurements shows.
+    void setSelected(bool aSelected) override;
     void setName(const QString& aName) override;
     void setDisplayValue(const QString& aValue) override;
     // Sets `hidden`: nothing is drawn and presses are ignored.
@@ -115,6 +130,10 @@ protected:
 private:
     void updateButtons();
     void updateLeader();
+    // A near place for the label (from its current one, on a screen-pixel
+    // grid) that lies inside anArea and off the shape: straight up, right,
+    // left or down first, then diagonally; unchanged when none.
+    void placeLabelBeside(const QRectF& anArea);
     QRectF childRect(const QGraphicsItem* aChild) const;
 
     QGraphicsRectItem* labelItem;
@@ -132,6 +151,11 @@ private:
     // rebuilt from the store rather than drawn.
     bool labelVisible = true;
     bool labelDragging = false;
+    // Someone put the label somewhere (setLabelPos or a drag).
+    bool labelPlaced = false;
+    // Set while isRectOnShape() probes the shape: the base part of
+    // isPointOnObject() then reports nothing, so shapes test their geometry.
+    mutable bool probingShape = false;
     bool trashAllowed = true;
     bool activeAllowed = false;
     bool useActiveButton = false;

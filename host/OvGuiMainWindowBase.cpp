@@ -165,10 +165,16 @@ void OvGuiMainWindowBase::setImage(const QImage& anImage)
     slotZoomFit();
 }
 
+bool OvGuiMainWindowBase::isFitMode() const
+{
+    return fitMode;
+}
+
 void OvGuiMainWindowBase::zoomAt(double aFactor, const QPoint& aViewportPos)
 {
     if (!(aFactor > 0.0) || !std::isfinite(aFactor))
         return;
+    fitMode = false;
     const double zoom = std::clamp(editor->getZoom() * aFactor, kMinZoom, kMaxZoom);
     const QPointF picturePoint = editor->mapFromScene(view->mapToScene(aViewportPos));
     editor->setZoom(zoom);
@@ -195,6 +201,12 @@ void OvGuiMainWindowBase::slotZoomOut()
 }
 
 void OvGuiMainWindowBase::slotZoomFit()
+{
+    fitMode = true;
+    fitToView();
+}
+
+void OvGuiMainWindowBase::fitToView()
 {
     const QSize picture = editor->getImage().size();
     const QSize port = view->viewport()->size();
@@ -243,6 +255,12 @@ bool OvGuiMainWindowBase::eventFilter(QObject* anObj, QEvent* anEvent)
         return QMainWindow::eventFilter(anObj, anEvent);
 
     switch (anEvent->type()) {
+    case QEvent::Resize:
+        // A window gets its real size only once it is shown (and again when
+        // the user resizes it): a fitted picture follows.
+        if (fitMode)
+            fitToView();
+        break;
     case QEvent::Wheel: {
         auto* wheel = static_cast<QWheelEvent*>(anEvent);
         if (!(wheel->modifiers() & Qt::ControlModifier))

@@ -50,8 +50,13 @@ public:
     QGraphicsScene* getScene() const;
     QUndoStack* getUndoStack() const;
 
-    // Shows anImage in the editor and fits it into the view.
+    // Shows anImage in the editor and fits it into the view. The picture
+    // stays fitted (also when the view gets its real size or is resized)
+    // until the user zooms.
     void setImage(const QImage& anImage);
+    // True while the picture follows the view's size (after setImage or
+    // slotZoomFit, until the next zoom).
+    bool isFitMode() const;
 
     // Zooms by aFactor keeping the picture point under aViewportPos still.
     void zoomAt(double aFactor, const QPoint& aViewportPos);
@@ -64,7 +69,8 @@ public:
 public slots:
     void slotZoomIn();
     void slotZoomOut();
-    // Fits the whole picture into the view.
+    // Fits the whole picture into the view and keeps it fitted while the
+    // view changes size, until the next zoom.
     void slotZoomFit();
     // One screen pixel per picture pixel.
     void slotZoomActual();
@@ -77,6 +83,7 @@ private slots:
 
 private:
     void updateSceneRect();
+    void fitToView();
 
     QGraphicsScene* scene;
     QGraphicsView* view;
@@ -91,4 +98,5 @@ private:
     QPoint panLastPos;
     bool panning = false;
     bool spaceHeld = false;
+    bool fitMode = false;
 };

@@ -337,18 +337,40 @@ void OvGsManipFrame::deactivate()
     }
     if (isLocalMagnifier())
         removeLocalMagnifier();
-    if (KxGsObject* item = getInProgressItem()) {
-        if (editor->getCurrentObject() == item)
-            editor->setCurrentObject(nullptr, false);
-        forgetInProgressItem();
-        item->discard();
-        if (!kind.clearsUnitsAfterDiscard)
-            return;
-    }
+    if (discardInProgressItem() && !kind.clearsUnitsAfterDiscard)
+        return;
     if (!editor->getCurrentObject()) {
         QList<int> none;
         panel->setUnitsToUse(none, false);
     }
+}
+
+bool OvGsManipFrame::discardInProgressItem()
+{
+    KxGsObject* item = getInProgressItem();
+    if (!item)
+        return false;
+    if (editor && editor->getCurrentObject() == item)
+        editor->setCurrentObject(nullptr, false);
+    forgetInProgressItem();
+    item->discard();
+    return true;
+}
+
+bool OvGsManipFrame::hasGestureInProgress() const
+{
+    return getInProgressItem() != nullptr;
+}
+
+bool OvGsManipFrame::cancelGesture()
+{
+    const bool cancelled = discardInProgressItem();
+    resetGestureState();
+    return cancelled;
+}
+
+void OvGsManipFrame::resetGestureState()
+{
 }
 
 void OvGsManipFrame::hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent)

@@ -122,6 +122,10 @@ public:
     // Unchecks the draw button silently, removes the magnifier and discards an
     // unfinished item.
     void deactivate() override;
+    // True while the kind has an item under way.
+    bool hasGestureInProgress() const override;
+    // Discards the item under way (nothing is stored), then resetGestureState().
+    bool cancelGesture() override;
     void hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent) override;
     void hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent) override;
     // hoverMoveInProgress(), then the magnifier follows. With magnifierLeadsHover the
@@ -179,6 +183,10 @@ protected:
     // The value name an item of this kind shows and a new object stores (key frame 2),
     // also after a unit change. Default: the first value name.
     virtual QString valueNameOf(const KxGsObject* anItem) const;
+    // Called by cancelGesture() after the item under way is gone: a kind that
+    // keeps more gesture state (picked nodes, a chosen base) resets it here so
+    // that the next press starts afresh. Default: nothing.
+    virtual void resetGestureState();
 
     // Kernel notifications, not called while the block flag is set (the
     // frame's slots filter them); the kind filters types itself.
@@ -275,6 +283,8 @@ private slots:
 private:
     bool initManipulator();
     void readMagnifierSettings();
+    // Discards the item under way; false when there is none.
+    bool discardInProgressItem();
     QString translated(const char* aText) const;
     bool isValueName(const QString& aName) const;
     int itemUnit() const;

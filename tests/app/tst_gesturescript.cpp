@@ -42,6 +42,17 @@ private Q_SLOTS:
         QTest::newRow("undo") << "undo" << OvScriptCommand::Undo << QPointF() << "" << 0.0;
         QTest::newRow("redo, comment") << "redo # again" << OvScriptCommand::Redo << QPointF() << "" << 0.0;
         QTest::newRow("comment glued") << "undo#why" << OvScriptCommand::Undo << QPointF() << "" << 0.0;
+        // Every numeric bound, on its good side.
+        QTest::newRow("width 1") << "width 1" << OvScriptCommand::Width << QPointF() << "" << 1.0;
+        QTest::newRow("width 20") << "width 20" << OvScriptCommand::Width << QPointF() << "" << 20.0;
+        QTest::newRow("font 8") << "font 8" << OvScriptCommand::Font << QPointF() << "" << 8.0;
+        QTest::newRow("frame 0") << "frame 0" << OvScriptCommand::Frame << QPointF() << "" << 0.0;
+        QTest::newRow("largest frame") << "frame 2147483647" << OvScriptCommand::Frame << QPointF() << ""
+                                       << 2147483647.0;
+        QTest::newRow("tiny calibration") << "calibrate 1e-9" << OvScriptCommand::Calibrate << QPointF() << ""
+                                          << 1e-9;
+        QTest::newRow("negative and exponent coordinates") << "press -5 1e2" << OvScriptCommand::Press
+                                                           << QPointF(-5, 100) << "" << 0.0;
     }
     void goodLines()
     {
@@ -97,6 +108,22 @@ private Q_SLOTS:
         QTest::newRow("zero calibration") << "calibrate 0" << "calibration must be a number above 0, got '0'";
         QTest::newRow("select all") << "select all" << "'select' supports only 'select none'";
         QTest::newRow("undo with argument") << "undo 2" << "'undo' expects no argument";
+        // Every numeric bound, on its bad side, and numbers that are no numbers.
+        QTest::newRow("width 21") << "width 21" << "width must be 1 to 20, got 21";
+        QTest::newRow("width negative") << "width -1" << "width must be 1 to 20, got -1";
+        QTest::newRow("font 73") << "font 73" << "font size must be 8 to 72, got 73";
+        QTest::newRow("font beyond int") << "font 2147483648" << "'font' needs a whole number, got '2147483648'";
+        QTest::newRow("frame beyond int") << "frame 2147483648" << "'frame' needs a whole number, got '2147483648'";
+        QTest::newRow("fractional frame") << "frame 1.5" << "'frame' needs a whole number, got '1.5'";
+        QTest::newRow("negative calibration") << "calibrate -0.5" << "calibration must be a number above 0, got '-0.5'";
+        QTest::newRow("nan calibration") << "calibrate nan" << "calibration must be a number above 0, got 'nan'";
+        QTest::newRow("infinite calibration") << "calibrate inf" << "calibration must be a number above 0, got 'inf'";
+        QTest::newRow("nan coordinate") << "move 1 nan" << "'move' needs numeric coordinates, got '1 nan'";
+        QTest::newRow("three coordinates") << "click 1 2 3" << "'click' expects X Y";
+        QTest::newRow("tool without name") << "tool" << "'tool' expects a tool name";
+        QTest::newRow("unit without name") << "unit" << "'unit' expects a unit name";
+        QTest::newRow("colour not hex") << "color #GGGGGG" << "colour must be #RRGGBB, got '#GGGGGG'";
+        QTest::newRow("select nothing") << "select" << "'select' supports only 'select none'";
     }
     void badLines()
     {
