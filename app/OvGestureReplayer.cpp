@@ -4,6 +4,7 @@
 #include "KxGsManipulator.h"
 #include "KxKernelData.h"
 #include "OvToolBase.h"
+#include "OvUndoGrouper.h"
 #include "OvViewerMainWindow.h"
 
 #include <QAction>
@@ -81,6 +82,42 @@ bool OvGestureReplayer::run(const OvGestureScript& aScript)
 
 bool OvGestureReplayer::execute(const OvScriptCommand& aCommand)
 {
+    // A style command is one edit on the panel, as a user's slider drag or
+    // spin-box entry is: whatever every tool pushes for it is one undo step.
+    switch (aCommand.kind) {
+    case OvScriptCommand::Unit:
+    case OvScriptCommand::Color:
+    case OvScriptCommand::Width:
+    case OvScriptCommand::Font: {
+        OvUndoGrouper* grouper = window->undoGrouper();
+        grouper->begin();
+        const bool done = executeStyle(aCommand);
+        grouper->end();
+        return done;
+    }
+    default:
+        return executeOther(aCommand);
+    }
+}
+
+bool OvGestureReplayer::executeStyle(const OvScriptCommand& aCommand)
+{
+    switch (aCommand.kind) {
+    case OvScriptCommand::Unit:
+        return selectUnit(aCommand.text);
+    case OvScriptCommand::Color:
+        return setColor(aCommand.color);
+    case OvScriptCommand::Width:
+        return setSpinBox("theSBWidth", int(aCommand.number));
+    case OvScriptCommand::Font:
+        return setSpinBox("theSBFontSize", int(aCommand.number));
+    default:
+        return false;
+    }
+}
+
+bool OvGestureReplayer::executeOther(const OvScriptCommand& aCommand)
+{
     KxGsEditor* editor = window->getEditor();
     switch (aCommand.kind) {
     case OvScriptCommand::Tool:
@@ -90,14 +127,6 @@ bool OvGestureReplayer::execute(const OvScriptCommand& aCommand)
     case OvScriptCommand::Release:
     case OvScriptCommand::Click:
         return sendMouse(aCommand);
-    case OvScriptCommand::Unit:
-        return selectUnit(aCommand.text);
-    case OvScriptCommand::Color:
-        return setColor(aCommand.color);
-    case OvScriptCommand::Width:
-        return setSpinBox("theSBWidth", int(aCommand.number));
-    case OvScriptCommand::Font:
-        return setSpinBox("theSBFontSize", int(aCommand.number));
     case OvScriptCommand::SelectNone:
         editor->setCurrentObject(nullptr, false);
         return true;
@@ -128,6 +157,8 @@ bool OvGestureReplayer::execute(const OvScriptCommand& aCommand)
     case OvScriptCommand::Calibrate:
         window->requestCalibration(aCommand.number);
         return true;
+    default:
+        break;
     }
     return fail(QStringLiteral("unsupported command"));
 }

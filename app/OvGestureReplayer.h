@@ -24,6 +24,8 @@ public:
 
 private:
     bool execute(const OvScriptCommand& aCommand);
+    bool executeStyle(const OvScriptCommand& aCommand);
+    bool executeOther(const OvScriptCommand& aCommand);
     bool selectTool(const QString& aName);
     bool selectUnit(const QString& aName);
     bool setColor(const QColor& aColor);

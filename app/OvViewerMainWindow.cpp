@@ -91,8 +91,10 @@ OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
     historyDock->setWidget(historyView);
     addDockWidget(Qt::RightDockWidgetArea, historyDock);
     resizeDocks({ getToolDock(), historyDock }, { 640, 240 }, Qt::Vertical);
-    addDockWidget(Qt::BottomDockWidgetArea, results);
-    resizeDocks({ results }, { 170 }, Qt::Vertical);
+    // A tab beside the history, so small screens keep the picture large;
+    // dragged elsewhere, it stays there (the layout is remembered).
+    tabifyDockWidget(historyDock, results);
+    historyDock->raise();
     connect(results, &OvResultsDock::signalMeasurementActivated, this, &OvViewerMainWindow::slotShowMeasurement);
     connect(calibrationLine, &OvCalibrationLineManipulator::signalLineDrawn, this,
             &OvViewerMainWindow::askLineCalibration);

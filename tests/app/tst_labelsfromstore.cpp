@@ -181,7 +181,7 @@ private slots:
             { "delete undo", "delete undo" },
             { "trash undo redo undo", "trash undo redo undo" },
             { "history jumps", "start end start end" },
-            { "frames", "frame5 frame0 frame5" },
+            { "frames", "frame5 frame0 frame5 frame0" },
             { "saved and opened", "reload" },
         };
         for (const auto& kind : kinds)

@@ -85,8 +85,8 @@ private Q_SLOTS:
         QVERIFY2(run.exitCode == 0, qPrintable(run.errors));
         QCOMPARE(run.header, QStringLiteral("type,index,value_name,value,unit,text,type_name,frame"));
         QCOMPARE(run.rows.size(), 2);
-        QCOMPARE(run.rows.at(0), (QStringList{ "66653", "1", "Length", "5.5", kMicro, "5.500 " + kMicro, "Distance" }));
-        QCOMPARE(run.rows.at(1), (QStringList{ "66653", "2", "Length", "30", kMicro, "30.000 " + kMicro, "Distance" }));
+        QCOMPARE(run.rows.at(0), (QStringList{ "66653", "1", "Length", "5.5", kMicro, "5.500 " + kMicro, "Distance", "0" }));
+        QCOMPARE(run.rows.at(1), (QStringList{ "66653", "2", "Length", "30", kMicro, "30.000 " + kMicro, "Distance", "0" }));
     }
 
     void undoAndRedoReachTheStore_data()

@@ -63,7 +63,7 @@ class tst_ViewerFreeForm : public QObject
         if (!csv.open(QIODevice::ReadOnly))
             return {};
         QStringList lines = QString::fromUtf8(csv.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        if (lines.isEmpty() || lines.takeFirst() != QLatin1String("type,index,value_name,value,unit,text"))
+        if (lines.isEmpty() || lines.takeFirst() != QLatin1String("type,index,value_name,value,unit,text,type_name,frame"))
             return {};
         QList<QStringList> rows;
         for (const QString& line : lines)
@@ -99,10 +99,10 @@ private slots:
         for (int i = 0; i < rows.size(); ++i) {
             const QStringList& row = rows.at(i);
             const QStringList& want = expected.at(i);
-            QCOMPARE(row.size(), 6);
+            QCOMPARE(row.size(), 8);
             QCOMPARE(row.mid(0, 3), want.mid(0, 3));
             QVERIFY2(qFuzzyCompare(row.at(3).toDouble(), want.at(3).toDouble()), qPrintable(row.join(',')));
-            QCOMPARE(row.mid(4), want.mid(4));
+            QCOMPARE(row.mid(4, 2), want.mid(4));
         }
     }
 

@@ -83,7 +83,7 @@ class tst_ViewerRelative : public QObject
         if (!csv.open(QIODevice::ReadOnly))
             return { QStringLiteral("no export") };
         QStringList lines = QString::fromUtf8(csv.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        if (lines.isEmpty() || lines.takeFirst() != QLatin1String("type,index,value_name,value,unit,text"))
+        if (lines.isEmpty() || lines.takeFirst() != QLatin1String("type,index,value_name,value,unit,text,type_name,frame"))
             return { QStringLiteral("bad header") };
         Rows rows;
         for (const QString& line : lines) {

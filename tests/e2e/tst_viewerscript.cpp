@@ -77,7 +77,7 @@ private Q_SLOTS:
         QTest::newRow("undo with nothing to undo") << "undo\n" << "line 1: nothing to undo" << 0;
         QTest::newRow("undo once too often") << line + "undo\nundo\n" << "line 6: nothing to undo" << 0;
         QTest::newRow("redo with nothing to redo") << line + "redo\n" << "line 5: nothing to redo" << 1;
-        QTest::newRow("tool not built") << "# angle\n\ntool angle\n" << "line 3: tool 'angle' is not available" << 0;
+        QTest::newRow("unknown tool") << "# ruler\n\ntool ruler\n" << "line 3: unknown tool 'ruler'" << 0;
         QTest::newRow("unit before any tool") << "unit mm\n" << "line 1: no unit can be chosen now" << 0;
         QTest::newRow("unit the tool does not offer") << line + "unit deg\n"
                                                       << "line 5: unit 'deg(\u00B0)' is not offered" << 1;
@@ -120,8 +120,11 @@ private Q_SLOTS:
         QTest::addColumn<QString>("message");
         QTest::newRow("missing picture") << QStringList{ dir.filePath(QStringLiteral("none.png")) }
                                          << "the file does not exist";
-        QTest::newRow("two pictures") << QStringList{ QStringLiteral("a.png"), QStringLiteral("b.png") }
-                                      << "only one picture can be opened, got 2";
+        QImage(40, 30, QImage::Format_RGB32).save(dir.filePath(QStringLiteral("small.png")));
+        QImage(50, 30, QImage::Format_RGB32).save(dir.filePath(QStringLiteral("wide.png")));
+        QTest::newRow("series of two sizes") << QStringList{ dir.filePath(QStringLiteral("small.png")),
+                                                             dir.filePath(QStringLiteral("wide.png")) }
+                                             << "has 50 x 30 pixels; the first frame has 40 x 30";
         QTest::newRow("calibration zero") << QStringList{ QStringLiteral("--calibration"), QStringLiteral("0") }
                                           << "--calibration needs a number above 0, got '0'";
         QTest::newRow("scaling below 50") << QStringList{ QStringLiteral("--scaling"), QStringLiteral("49") }
