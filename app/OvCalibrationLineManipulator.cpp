@@ -103,11 +103,12 @@ void OvCalibrationLineManipulator::keyPressEvent(QKeyEvent* anEvent)
 
 void OvCalibrationLineManipulator::finish(double aPixels)
 {
-    dropLine();
-    if (editor && editor->getOverrideManipulator() == this)
-        editor->restoreOverrideManipulator();
+    // The line stays in sight while its receiver asks for the true length.
     if (aPixels > 0.0)
         Q_EMIT signalLineDrawn(aPixels);
     else
         Q_EMIT signalCancelled();
+    dropLine();
+    if (editor && editor->getOverrideManipulator() == this)
+        editor->restoreOverrideManipulator();
 }

@@ -42,7 +42,8 @@ Q_SIGNALS:
 
 private:
     void follow(const QPointF& aPos);
-    // Ends the gesture: emits aPixels when above 0, and gives the editor back.
+    // Ends the gesture: emits aPixels when above 0 (the line still shown),
+    // then drops the line and gives the editor back.
     void finish(double aPixels);
     void dropLine();
 

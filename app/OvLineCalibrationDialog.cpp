@@ -61,8 +61,8 @@ OvLineCalibrationDialog::OvLineCalibrationDialog(double aLinePixels, QWidget* aP
     theLEName->setPlaceholderText(tr("optional, e.g. 20x objective"));
 
     auto* hint = new QLabel(aLinePixels > 0.0
-                                ? tr("The selected line is %1 pixels long. Enter its true length, e.g. the "
-                                     "length of the scale bar it covers.").arg(aLinePixels, 0, 'f', 2)
+                                ? tr("The line is %1 pixels long. Enter its true length, e.g. the length of "
+                                     "the scale bar it covers.").arg(aLinePixels, 0, 'f', 2)
                                 : tr("Select a distance line drawn over a scale bar or a stage micrometer first, "
                                      "or enter the length in pixels of something you know."),
                             this);
