@@ -23,9 +23,11 @@ OvResultsDock::OvResultsDock(QWidget* aParent)
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table->setAlternatingRowColors(true);
     table->verticalHeader()->hide();
-    // The label text takes the room that is left; the frame stays narrow.
-    table->horizontalHeader()->setStretchLastSection(false);
-    table->horizontalHeader()->setSectionResizeMode(OvResultsModel::TextColumn, QHeaderView::Stretch);
+    // In a narrow dock the label (value and unit as drawn) shows right after
+    // the measurement's name; copying keeps the model's column order.
+    QHeaderView* header = table->horizontalHeader();
+    header->moveSection(header->visualIndex(OvResultsModel::TextColumn), OvResultsModel::ValueNameColumn);
+    header->setStretchLastSection(true);
     table->setContextMenuPolicy(Qt::ActionsContextMenu);
     setWidget(table);
 
