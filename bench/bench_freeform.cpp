@@ -2,47 +2,20 @@
 // while drawing (the free line also re-measures its label on every move), and
 // re-applying one frame to every stored shape. Prints figures and ratios only.
 
-#include "KxGsEditor.h"
-#include "KxKernelData.h"
-#include "KxMediaInfo.h"
+#include "BenchHelper.h"
 #include "OvGsManipFreeForm.h"
 #include "OvGsManipFreeLine.h"
-#include "OvGuiMainWindowBase.h"
-#include "OvGuiMeasurementTool.h"
-#include "OvToolBase.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QGraphicsSceneMouseEvent>
-#include <QImage>
 #include <QTextStream>
-#include <QToolButton>
-#include <QUndoStack>
 #include <QtMath>
 
 namespace {
 
 const int kShapes = 100;
-
-void send(OvGsManipFreeForm* aManip, QEvent::Type aType, const QPointF& aPos)
-{
-    QGraphicsSceneMouseEvent event(aType);
-    event.setPos(aPos);
-    event.setScenePos(aPos);
-    event.setButton(aType == QEvent::GraphicsSceneMouseMove ? Qt::NoButton : Qt::LeftButton);
-    event.setButtons(aType == QEvent::GraphicsSceneMouseRelease ? Qt::NoButton : Qt::LeftButton);
-    if (aType == QEvent::GraphicsSceneMousePress)
-        aManip->mousePressEvent(&event);
-    else if (aType == QEvent::GraphicsSceneMouseMove)
-        aManip->mouseMoveEvent(&event);
-    else
-        aManip->mouseReleaseEvent(&event);
-}
-
-double elapsedMs(const QElapsedTimer& aTimer)
-{
-    return aTimer.nsecsElapsed() / 1e6;
-}
+const auto send = &BenchHelper::send;
+const auto elapsedMs = &BenchHelper::elapsedMs;
 
 // Node i of an outline of aNodes nodes around aCentre: every node a pixel of its own.
 QPointF outlinePoint(const QPointF& aCentre, int i, int aNodes)
@@ -88,27 +61,14 @@ Figures measure(OvGsManipFreeForm* aManip, int aNodes)
 // Draws kShapes shapes of aNodes nodes with a fresh manipulator of each kind.
 void run(int aNodes, QTextStream& anOut, Figures (&aFigures)[2])
 {
-    KxKernelData* kernel = KxKernelData::getInstance();
-    auto* window = new OvGuiMainWindowBase();
-    QImage picture(2000, 2000, QImage::Format_RGB32);
-    picture.fill(Qt::gray);
-    window->setImage(picture);
-    KxMediaInfo media;
-    media.setUmPerPixel(0.5);
-    kernel->loadMedia(media, picture.size());
-    auto* tool = new OvToolBase(window, QStringLiteral("tool-measure"), QStringLiteral("Measurement"),
-                                QStringLiteral("Measurement"), false);
-    auto* panel = new OvGuiMeasurementTool();
-    tool->setGuiWidget(panel);
-    QUndoStack* stack = window->getUndoStack();
-    stack->clear();
-    auto* form = new OvGsManipFreeForm(tool, panel, stack);
-    auto* line = new OvGsManipFreeLine(tool, panel, stack);
+    BenchHelper bench;
+    auto* form = bench.make<OvGsManipFreeForm>();
+    auto* line = bench.make<OvGsManipFreeLine>();
 
-    panel->theFreeFormButton->setChecked(true);
+    bench.choose(&OvGuiMeasurementTool::theFreeFormButton);
     aFigures[0] = measure(form, aNodes);
-    panel->freehandType = 1;
-    panel->theDistanceButton->setChecked(true);
+    bench.panel->freehandType = 1;
+    bench.choose(&OvGuiMeasurementTool::theDistanceButton);
     aFigures[1] = measure(line, aNodes);
 
     const char* names[] = { "free form", "free line" };
@@ -116,24 +76,13 @@ void run(int aNodes, QTextStream& anOut, Figures (&aFigures)[2])
         anOut << QString::asprintf("%-9s %4d nodes  move while drawing %8.2f us  frame re-apply %9.2f us/shape\n",
                                    names[k], aNodes, aFigures[k].moveUs, aFigures[k].frameUs);
     anOut.flush();
-
-    panel->theDistanceButton->setChecked(false);
-    window->getEditor()->setCurrentObject(nullptr, false);
-    stack->clear();
-    delete line;
-    delete form;
-    kernel->removeAllObjects();
-    delete tool;
-    delete window;
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    BenchHelper::useOffscreen();
     QApplication app(argc, argv);
     QTextStream out(stdout);
     out << "Free forms and free lines, " << kShapes << " shapes each: one node-adding mouse move while drawing, "

@@ -3,40 +3,18 @@
 // run over and re-placed. Compared with the same sweep with the label hidden
 // (no placement). Prints figures and the ratio only.
 
-#include "KxGsEditor.h"
-#include "KxKernelData.h"
-#include "KxMediaInfo.h"
+#include "BenchHelper.h"
 #include "OvGsDistance.h"
 #include "OvGsManipDistance.h"
-#include "OvGuiMainWindowBase.h"
-#include "OvGuiMeasurementTool.h"
-#include "OvToolBase.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QGraphicsSceneMouseEvent>
-#include <QImage>
 #include <QTextStream>
-#include <QToolButton>
-#include <QUndoStack>
 #include <QtMath>
 
 namespace {
 
-void send(OvGsManipDistance* aManip, QEvent::Type aType, const QPointF& aPos)
-{
-    QGraphicsSceneMouseEvent event(aType);
-    event.setPos(aPos);
-    event.setScenePos(aPos);
-    event.setButton(aType == QEvent::GraphicsSceneMouseMove ? Qt::NoButton : Qt::LeftButton);
-    event.setButtons(aType == QEvent::GraphicsSceneMouseRelease ? Qt::NoButton : Qt::LeftButton);
-    if (aType == QEvent::GraphicsSceneMousePress)
-        aManip->mousePressEvent(&event);
-    else if (aType == QEvent::GraphicsSceneMouseMove)
-        aManip->mouseMoveEvent(&event);
-    else
-        aManip->mouseReleaseEvent(&event);
-}
+const auto send = &BenchHelper::send;
 
 // Microseconds per move of a sweep of aMoves moves at radius aRadius.
 double sweep(OvGsManipDistance* aManip, int aMoves, double aRadius, bool aLabel)
@@ -59,25 +37,13 @@ double sweep(OvGsManipDistance* aManip, int aMoves, double aRadius, bool aLabel)
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    BenchHelper::useOffscreen();
     QApplication app(argc, argv);
     QTextStream out(stdout);
 
-    auto* window = new OvGuiMainWindowBase();
-    QImage picture(2000, 2000, QImage::Format_RGB32);
-    picture.fill(Qt::gray);
-    window->setImage(picture);
-    window->slotZoomActual();
-    KxMediaInfo media;
-    media.setUmPerPixel(0.5);
-    KxKernelData::getInstance()->loadMedia(media, picture.size());
-    auto* tool = new OvToolBase(window, QStringLiteral("tool-measure"), QStringLiteral("Measurement"),
-                                QStringLiteral("Measurement"), false);
-    auto* panel = new OvGuiMeasurementTool();
-    tool->setGuiWidget(panel);
-    auto* manip = new OvGsManipDistance(tool, panel, window->getUndoStack());
-    panel->theDistanceButton->setChecked(true);
+    BenchHelper bench(BenchHelper::View::ActualPixels);
+    auto* manip = bench.make<OvGsManipDistance>();
+    bench.choose(&OvGuiMeasurementTool::theDistanceButton);
 
     const int moves = argc > 1 ? qMax(1, QString::fromLocal8Bit(argv[1]).toInt()) : 3600;
     out << "Label placement while drawing: " << moves << " moves sweeping the line round its start\n";
@@ -90,13 +56,5 @@ int main(int argc, char** argv)
         out.flush();
     }
 
-    panel->theDistanceButton->setChecked(false);
-    window->getEditor()->setCurrentObject(nullptr, false);
-    window->getUndoStack()->clear();
-    delete manip;
-    KxKernelData::getInstance()->removeAllObjects();
-    delete tool;
-    delete window;
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     return 0;
 }

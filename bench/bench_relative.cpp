@@ -4,45 +4,20 @@
 // per-line times at the larger N over those at the smaller one show whether a
 // step grows faster than the number of lines.
 
-#include "KxGsEditor.h"
-#include "KxKernelData.h"
-#include "KxMediaInfo.h"
+#include "BenchHelper.h"
 #include "OvGsManipMultiply.h"
 #include "OvGsManipParalell.h"
 #include "OvGsRelativeDistance.h"
-#include "OvGuiMainWindowBase.h"
-#include "OvGuiMeasurementTool.h"
-#include "OvToolBase.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QGraphicsSceneMouseEvent>
-#include <QImage>
 #include <QTextStream>
-#include <QToolButton>
 #include <QUndoStack>
 
 namespace {
 
-void send(KxGsManipulator* aManip, QEvent::Type aType, const QPointF& aPos)
-{
-    QGraphicsSceneMouseEvent event(aType);
-    event.setPos(aPos);
-    event.setScenePos(aPos);
-    event.setButton(aType == QEvent::GraphicsSceneMouseMove ? Qt::NoButton : Qt::LeftButton);
-    event.setButtons(aType == QEvent::GraphicsSceneMouseRelease ? Qt::NoButton : Qt::LeftButton);
-    if (aType == QEvent::GraphicsSceneMousePress)
-        aManip->mousePressEvent(&event);
-    else if (aType == QEvent::GraphicsSceneMouseMove)
-        aManip->mouseMoveEvent(&event);
-    else
-        aManip->mouseReleaseEvent(&event);
-}
-
-double elapsedMs(const QElapsedTimer& aTimer)
-{
-    return aTimer.nsecsElapsed() / 1e6;
-}
+const auto send = &BenchHelper::send;
+const auto elapsedMs = &BenchHelper::elapsedMs;
 
 struct Figures
 {
@@ -56,28 +31,14 @@ struct Figures
 
 Figures run(bool aParallel, int aCount)
 {
-    KxKernelData* kernel = KxKernelData::getInstance();
-    auto* window = new OvGuiMainWindowBase();
-    QImage picture(2000, 2000, QImage::Format_RGB32);
-    picture.fill(Qt::gray);
-    window->setImage(picture);
     // Buttons keep their size on screen: the view must be shown for their hit
     // areas to have their real size.
-    window->slotZoomActual();
-    window->show();
-    KxMediaInfo media;
-    media.setUmPerPixel(0.5);
-    kernel->loadMedia(media, picture.size());
-    auto* tool = new OvToolBase(window, QStringLiteral("tool-measure"), QStringLiteral("Measurement"),
-                                QStringLiteral("Measurement"), false);
-    auto* panel = new OvGuiMeasurementTool();
-    tool->setGuiWidget(panel);
-    QUndoStack* stack = window->getUndoStack();
-    stack->clear();
-    OvGsManipRelative* manip = aParallel ? static_cast<OvGsManipRelative*>(new OvGsManipParalell(tool, panel, stack))
-                                         : new OvGsManipMultiply(tool, panel, stack);
-    panel->freehandType = aParallel ? 3 : 2;
-    panel->theDistanceButton->setChecked(true);
+    BenchHelper bench(BenchHelper::View::Shown);
+    QUndoStack* stack = bench.stack;
+    OvGsManipRelative* manip = aParallel ? static_cast<OvGsManipRelative*>(bench.make<OvGsManipParalell>())
+                                         : bench.make<OvGsManipMultiply>();
+    bench.panel->freehandType = aParallel ? 3 : 2;
+    bench.choose(&OvGuiMeasurementTool::theDistanceButton);
 
     Figures figures;
     QElapsedTimer timer;
@@ -117,15 +78,6 @@ Figures run(bool aParallel, int aCount)
     for (int i = 0; i < steps; ++i)
         stack->redo();
     figures.redo = elapsedMs(timer);
-
-    panel->theDistanceButton->setChecked(false);
-    window->getEditor()->setCurrentObject(nullptr, false);
-    stack->clear();
-    delete manip;
-    kernel->removeAllObjects();
-    delete tool;
-    delete window;
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     return figures;
 }
 
@@ -133,19 +85,14 @@ Figures run(bool aParallel, int aCount)
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    BenchHelper::useOffscreen();
     QApplication app(argc, argv);
     QTextStream out(stdout);
-    QList<int> counts{ 100, 1000 };
-    if (argc > 1)
-        counts = { QString::fromLocal8Bit(argv[1]).toInt() };
+    const QList<int> counts = BenchHelper::counts(argc, argv, { 100, 1000 });
     out << "A base with N lines: draw them, move the base, remove it, undo and redo the removal (ms, us per line)\n";
     for (bool parallel : { false, true }) {
         QList<QPair<int, Figures>> results;
         for (int count : counts) {
-            if (count <= 0)
-                continue;
             const Figures f = run(parallel, count);
             results.append(qMakePair(count, f));
             const double perLine = 1000.0 / count;

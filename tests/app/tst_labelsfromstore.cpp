@@ -1,13 +1,12 @@
 // Every kind of measurement, brought back from the store (undo, redo,
 // removal undone, history jumps, frames, a saved file), is labelled exactly
 // as when it was drawn: through the real window and the real plug-in.
+#include "AppWindowHelper.h"
 #include "KxAppSettings.h"
 #include "KxGsEditor.h"
 #include "KxGsManipulator.h"
 #include "KxKernelData.h"
 #include "KxKernelObjectData.h"
-#include "OvGestureReplayer.h"
-#include "OvGestureScript.h"
 #include "OvGsObject.h"
 #include "OvMeasurementExporter.h"
 #include "OvViewerMainWindow.h"
@@ -18,8 +17,6 @@
 #include <QUndoStack>
 #include <QtTest>
 
-#include <memory>
-
 namespace {
 
 // What each stored measurement's label read right after it was drawn.
@@ -28,14 +25,10 @@ using Labels = QMap<QPair<int, int>, QString>;
 Labels storedLabels()
 {
     Labels labels;
-    KxKernelData* kernel = KxKernelData::getInstance();
-    for (int type : kernel->getObjectTypes()) {
-        KxGsManipulator* manipulator = kernel->getManipulator(type);
-        const QMap<int, KxKernelObjectData*> objects = kernel->getObjectsOfType(type);
-        for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
-            auto* item = dynamic_cast<OvGsObject*>(manipulator ? manipulator->getGsObject(it.key()) : nullptr);
-            labels.insert(qMakePair(type, it.key()), item ? item->getLabelText() : QStringLiteral("<no item>"));
-        }
+    for (const auto& key : AppWindowHelper::storedKeys()) {
+        KxGsManipulator* manipulator = KxKernelData::getInstance()->getManipulator(key.first);
+        auto* item = dynamic_cast<OvGsObject*>(manipulator ? manipulator->getGsObject(key.second) : nullptr);
+        labels.insert(key, item ? item->getLabelText() : QStringLiteral("<no item>"));
     }
     return labels;
 }
@@ -47,15 +40,10 @@ class tst_LabelsFromStore : public QObject
     Q_OBJECT
 
     QTemporaryDir dir;
-    std::unique_ptr<OvViewerMainWindow> window;
+    AppWindowHelper app;
+    OvViewerMainWindow* window = nullptr;
 
-    void play(const QString& aScript)
-    {
-        OvGestureScript script;
-        QVERIFY2(script.parse(aScript), qPrintable(script.errorText()));
-        OvGestureReplayer replayer(window.get());
-        QVERIFY2(replayer.run(script), qPrintable(replayer.errorText()));
-    }
+    void play(const QString& aScript) { app.play(aScript); }
 
     // The last measurement drawn (highest type, then index) and its item.
     OvGsObject* lastItem() const
@@ -121,23 +109,13 @@ private slots:
     void initTestCase()
     {
         KxAppSettings::setValue(QStringLiteral("DistanceAllowedAsBase"), true);
-        window.reset(new OvViewerMainWindow);
-        QVERIFY(window->loadPlugins().isEmpty());
-        window->show();
+        QVERIFY(app.start().isEmpty());
+        window = app.window();
     }
 
-    void cleanupTestCase()
-    {
-        KxKernelData::getInstance()->removeAllObjects();
-        window.reset();
-    }
+    void cleanupTestCase() { app.stop(); }
 
-    void init()
-    {
-        QString error;
-        QVERIFY2(window->openImage(OvViewerMainWindow::sampleImagePath(), &error), qPrintable(error));
-        window->slotZoomActual();
-    }
+    void init() { app.openSample(); }
 
     void labelsAsDrawn_data()
     {

@@ -1,6 +1,7 @@
 // The viewer's window around the measurements: the results table, calibration
 // from a known length, saving and opening measurements, and image sequences,
 // each driven through the real window (offscreen) with the real plug-in.
+#include "AppWindowHelper.h"
 #include "KxGsEditor.h"
 #include "KxGsManipulator.h"
 #include "KxGsObject.h"
@@ -8,8 +9,6 @@
 #include "KxKernelObjectData.h"
 #include "OvCalibrationLineManipulator.h"
 #include "OvFrameBar.h"
-#include "OvGestureReplayer.h"
-#include "OvGestureScript.h"
 #include "OvLineCalibrationDialog.h"
 #include "OvMeasurementExporter.h"
 #include "OvMeasurementFile.h"
@@ -23,8 +22,6 @@
 #include <QTemporaryDir>
 #include <QUndoStack>
 #include <QtTest>
-
-#include <memory>
 
 namespace {
 
@@ -44,12 +41,8 @@ QString writePicture(const QString& aPath, const QSize& aSize, double anUmPerPix
 QMap<QPair<int, int>, KxKernelObjectData::State> storeStates()
 {
     QMap<QPair<int, int>, KxKernelObjectData::State> states;
-    KxKernelData* kernel = KxKernelData::getInstance();
-    for (int type : kernel->getObjectTypes()) {
-        const QMap<int, KxKernelObjectData*> objects = kernel->getObjectsOfType(type);
-        for (auto it = objects.cbegin(); it != objects.cend(); ++it)
-            states.insert(qMakePair(type, it.key()), it.value()->getState());
-    }
+    for (const auto& key : AppWindowHelper::storedKeys())
+        states.insert(key, KxKernelData::getInstance()->getObject(key.first, key.second)->getState());
     return states;
 }
 
@@ -60,16 +53,10 @@ class tst_ResultsFilesFrames : public QObject
     Q_OBJECT
 
     QTemporaryDir dir;
-    std::unique_ptr<OvViewerMainWindow> window;
+    AppWindowHelper app;
+    OvViewerMainWindow* window = nullptr;
 
-    // Replays gesture script lines; fails the test on a refused line.
-    void play(const QString& aScript)
-    {
-        OvGestureScript script;
-        QVERIFY2(script.parse(aScript), qPrintable(script.errorText()));
-        OvGestureReplayer replayer(window.get());
-        QVERIFY2(replayer.run(script), qPrintable(replayer.errorText()));
-    }
+    void play(const QString& aScript) { app.play(aScript); }
 
     OvResultsModel* results() const { return window->resultsDock()->model(); }
 
@@ -94,28 +81,19 @@ class tst_ResultsFilesFrames : public QObject
     }
 
 private slots:
-    // One window for the whole run: the plug-in's manipulators live as long
-    // as the process, as they do in the viewer.
     void initTestCase()
     {
-        window.reset(new OvViewerMainWindow);
-        QVERIFY(window->loadPlugins().isEmpty());
-        window->show();
+        QVERIFY(app.start().isEmpty());
+        window = app.window();
     }
 
-    void cleanupTestCase()
-    {
-        KxKernelData::getInstance()->removeAllObjects();
-        window.reset();
-    }
+    void cleanupTestCase() { app.stop(); }
 
     void init()
     {
         window->lineCalibrationAnswer = nullptr;
         window->getEditor()->restoreOverrideManipulator();
-        QString error;
-        QVERIFY2(window->openImage(OvViewerMainWindow::sampleImagePath(), &error), qPrintable(error));
-        window->slotZoomActual();
+        app.openSample();
     }
 
     void resultsFollowTheStore()

@@ -1,13 +1,12 @@
 // Circles and angles end to end: ovviewer replays a script that draws them with
 // both gesture styles through real mouse events, measures between two circles,
 // undoes and redoes, and exports the stored values as CSV.
-#include <QProcess>
-#include <QTemporaryDir>
+#include "ViewerRunHelper.h"
+
 #include <QtTest>
 
 namespace {
 
-const QString kViewer = QStringLiteral(OV_BINARY_DIR "/bin/ovviewer");
 const QString kMicro = QStringLiteral("\u03BCm");
 const QString kDegree = QStringLiteral("deg(\u00B0)");
 
@@ -28,12 +27,7 @@ const QString kDrawing = QStringLiteral(
     "tool circle-distance\n"
     "click 345 305\nmove 500 300\nclick 655 305\n");
 
-struct Run
-{
-    int exitCode = -1;
-    QString errors;
-    QList<QStringList> rows;
-};
+using Run = ViewerRunHelper::Run;
 
 } // namespace
 
@@ -41,44 +35,7 @@ class tst_ViewerCircleAngle : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir dir;
-
-    Run runViewer(const QString& aScript)
-    {
-        Run run;
-        const QString scriptFile = dir.filePath(QStringLiteral("script.ovs"));
-        const QString csvFile = dir.filePath(QStringLiteral("values.csv"));
-        QFile::remove(csvFile);
-        QFile script(scriptFile);
-        if (!script.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            return run;
-        script.write(aScript.toUtf8());
-        script.close();
-
-        QProcess viewer;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        env.insert(QStringLiteral("OV_SETTINGS_FILE"), dir.filePath(QStringLiteral("settings.ini")));
-        viewer.setProcessEnvironment(env);
-        viewer.start(kViewer, { QStringLiteral("--script"), scriptFile, QStringLiteral("--export"), csvFile,
-                                QStringLiteral("--quit") });
-        if (!viewer.waitForFinished(120000)) {
-            viewer.kill();
-            run.errors = QStringLiteral("viewer did not finish");
-            return run;
-        }
-        run.exitCode = viewer.exitCode();
-        run.errors = QString::fromUtf8(viewer.readAllStandardError());
-        QFile csv(csvFile);
-        if (csv.open(QIODevice::ReadOnly)) {
-            QStringList lines = QString::fromUtf8(csv.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-            if (!lines.isEmpty())
-                lines.removeFirst();
-            for (const QString& line : lines)
-                run.rows << line.split(QLatin1Char(','));
-        }
-        return run;
-    }
+    ViewerRunHelper viewer;
 
     // type, index, value name, value rounded to 4 decimals, unit, text
     static QStringList summary(const QStringList& aRow)
@@ -91,7 +48,7 @@ class tst_ViewerCircleAngle : public QObject
     }
 
 private Q_SLOTS:
-    void initTestCase() { QVERIFY(dir.isValid()); }
+    void initTestCase() { QVERIFY(viewer.isValid()); }
 
     void drawsUndoesRedoesAndExports_data()
     {
@@ -107,7 +64,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, tail);
         QFETCH(QStringList, types);
-        const Run run = runViewer(kDrawing + tail);
+        const Run run = viewer.run(kDrawing + tail);
         QVERIFY2(run.exitCode == 0, qPrintable(run.errors));
 
         QStringList objects;

@@ -1,13 +1,12 @@
 // Free forms and free lines end to end: ovviewer replays both gestures of each
 // through real mouse events on the bundled sample (0.5 um per pixel), changes
 // units, undoes and redoes, and exports the values as CSV.
-#include <QProcess>
-#include <QTemporaryDir>
+#include "ViewerRunHelper.h"
+
 #include <QtTest>
 
 namespace {
 
-const QString kViewer = QStringLiteral(OV_BINARY_DIR "/bin/ovviewer");
 const QString kMicro = QStringLiteral("\u03BCm");
 const QString kSquared = QStringLiteral("\u00B2");
 
@@ -31,48 +30,20 @@ class tst_ViewerFreeForm : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir dir;
+    ViewerRunHelper viewer;
 
-    // Runs the viewer on the sample with aScript; the CSV rows without the header.
+    // Runs the viewer on the sample with aScript; the CSV rows without the
+    // header, none when the header is not the export's.
     QList<QStringList> run(const QString& aScript, int& anExitCode, QString& anErrors)
     {
-        const QString scriptFile = dir.filePath(QStringLiteral("script.ovs"));
-        const QString csvFile = dir.filePath(QStringLiteral("values.csv"));
-        QFile::remove(csvFile);
-        QFile script(scriptFile);
-        if (!script.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            return {};
-        script.write(aScript.toUtf8());
-        script.close();
-
-        QProcess viewer;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        env.insert(QStringLiteral("OV_SETTINGS_FILE"), dir.filePath(QStringLiteral("settings.ini")));
-        viewer.setProcessEnvironment(env);
-        viewer.start(kViewer, { QStringLiteral("--script"), scriptFile, QStringLiteral("--export"), csvFile,
-                                QStringLiteral("--quit") });
-        if (!viewer.waitForFinished(120000)) {
-            viewer.kill();
-            anErrors = QStringLiteral("viewer did not finish");
-            return {};
-        }
-        anExitCode = viewer.exitCode();
-        anErrors = QString::fromUtf8(viewer.readAllStandardError());
-        QFile csv(csvFile);
-        if (!csv.open(QIODevice::ReadOnly))
-            return {};
-        QStringList lines = QString::fromUtf8(csv.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        if (lines.isEmpty() || lines.takeFirst() != QLatin1String("type,index,value_name,value,unit,text,type_name,frame"))
-            return {};
-        QList<QStringList> rows;
-        for (const QString& line : lines)
-            rows << line.split(QLatin1Char(','));
-        return rows;
+        const ViewerRunHelper::Run result = viewer.run(aScript);
+        anExitCode = result.exitCode;
+        anErrors = result.errors;
+        return result.header == ViewerRunHelper::kHeader ? result.rows : QList<QStringList>();
     }
 
 private slots:
-    void initTestCase() { QVERIFY(dir.isValid()); }
+    void initTestCase() { QVERIFY(viewer.isValid()); }
 
     void bothGesturesBothKindsWithUnits()
     {

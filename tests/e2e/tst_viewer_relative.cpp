@@ -1,12 +1,10 @@
 // Multiple and parallel distances in the viewer, end to end: ovviewer replays
 // a script through real mouse events and exports the stored values as CSV.
-#include <QProcess>
-#include <QTemporaryDir>
+#include "ViewerRunHelper.h"
+
 #include <QtTest>
 
 namespace {
-
-const QString kViewer = QStringLiteral(OV_BINARY_DIR "/bin/ovviewer");
 
 // A plain distance from (200, 300) to (600, 300) serves as base (the setting
 // is on): three perpendicular measurements at (250, 400), (300, 450) and
@@ -42,59 +40,30 @@ class tst_ViewerRelative : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir dir;
+    ViewerRunHelper viewer;
 
     // Runs the viewer on its sample (0.5 um per pixel) with aScript; the
     // exported rows without header and unit, or the errors.
     Rows run(const QString& aScript, bool aDistanceAsBase, QString* anErrors = nullptr)
     {
-        const QString scriptFile = dir.filePath(QStringLiteral("relative.ovs"));
-        const QString csvFile = dir.filePath(QStringLiteral("relative.csv"));
-        const QString settingsFile = dir.filePath(QStringLiteral("relative.ini"));
-        QFile::remove(csvFile);
-        QFile::remove(settingsFile);
-        QFile script(scriptFile);
-        if (!script.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            return {};
-        script.write(aScript.toUtf8());
-        script.close();
-        QFile settings(settingsFile);
-        if (!settings.open(QIODevice::WriteOnly))
-            return {};
-        settings.write(aDistanceAsBase ? "[General]\nDistanceAllowedAsBase=true\n" : "");
-        settings.close();
-
-        QProcess viewer;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        env.insert(QStringLiteral("OV_SETTINGS_FILE"), settingsFile);
-        viewer.setProcessEnvironment(env);
-        viewer.start(kViewer, { QStringLiteral("--script"), scriptFile, QStringLiteral("--export"), csvFile,
-                                QStringLiteral("--quit") });
-        if (!viewer.waitForFinished(120000)) {
-            viewer.kill();
-            return { QStringLiteral("viewer did not finish") };
-        }
+        viewer.setSettings(aDistanceAsBase ? "[General]\nDistanceAllowedAsBase=true\n" : "");
+        const ViewerRunHelper::Run result = viewer.run(aScript);
         if (anErrors)
-            *anErrors = QString::fromUtf8(viewer.readAllStandardError());
-        if (viewer.exitCode() != 0)
-            return { QStringLiteral("exit code %1").arg(viewer.exitCode()) };
-        QFile csv(csvFile);
-        if (!csv.open(QIODevice::ReadOnly))
+            *anErrors = result.errors;
+        if (result.exitCode != 0)
+            return { QStringLiteral("exit code %1").arg(result.exitCode) };
+        if (!result.exported)
             return { QStringLiteral("no export") };
-        QStringList lines = QString::fromUtf8(csv.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        if (lines.isEmpty() || lines.takeFirst() != QLatin1String("type,index,value_name,value,unit,text,type_name,frame"))
+        if (result.header != ViewerRunHelper::kHeader)
             return { QStringLiteral("bad header") };
         Rows rows;
-        for (const QString& line : lines) {
-            const QStringList fields = line.split(QLatin1Char(','));
+        for (const QStringList& fields : result.rows)
             rows << QStringList{ fields.value(0), fields.value(1), fields.value(3), fields.value(5) }.join(',');
-        }
         return rows;
     }
 
 private slots:
-    void initTestCase() { QVERIFY(dir.isValid()); }
+    void initTestCase() { QVERIFY(viewer.isValid()); }
 
     // After the move every measurement was written against the moved base:
     // 100 - 20, 150 - 20 and 100 + 20 pixels perpendicular, 200 - 20 and

@@ -3,70 +3,21 @@
 // out with "line N: reason" on standard error and exit code 1; what ran
 // before it stays (and is exported). Scripted runs never ask questions, so
 // they finish even with unsaved measurements.
-#include <QProcess>
-#include <QTemporaryDir>
+#include "ViewerRunHelper.h"
+
 #include <QtTest>
 
-namespace {
-
-const QString kViewer = QStringLiteral(OV_BINARY_DIR "/bin/ovviewer");
-
-struct Outcome
-{
-    int exitCode = -1;
-    QString errors;
-    int rows = -1; // CSV rows without the header, -1 without a CSV
-    QString header;
-};
-
-} // namespace
+using Outcome = ViewerRunHelper::Run;
 
 class tst_ViewerScript : public QObject
 {
     Q_OBJECT
 
 private:
-    QTemporaryDir dir;
-
-    Outcome runViewer(const QString& aScript, const QStringList& anExtraArgs = {}, bool aWriteScript = true)
-    {
-        Outcome outcome;
-        const QString scriptFile = dir.filePath(QStringLiteral("refusal.ovs"));
-        const QString csvFile = dir.filePath(QStringLiteral("refusal.csv"));
-        QFile::remove(csvFile);
-        QFile::remove(scriptFile);
-        if (aWriteScript) {
-            QFile script(scriptFile);
-            if (!script.open(QIODevice::WriteOnly))
-                return outcome;
-            script.write(aScript.toUtf8());
-        }
-        QProcess viewer;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        env.insert(QStringLiteral("OV_SETTINGS_FILE"), dir.filePath(QStringLiteral("settings.ini")));
-        viewer.setProcessEnvironment(env);
-        viewer.start(kViewer, QStringList{ QStringLiteral("--script"), scriptFile, QStringLiteral("--export"), csvFile,
-                                           QStringLiteral("--quit") }
-                                  + anExtraArgs);
-        if (!viewer.waitForFinished(120000)) {
-            viewer.kill();
-            outcome.errors = QStringLiteral("viewer did not finish");
-            return outcome;
-        }
-        outcome.exitCode = viewer.exitCode();
-        outcome.errors = QString::fromUtf8(viewer.readAllStandardError());
-        QFile csv(csvFile);
-        if (csv.open(QIODevice::ReadOnly)) {
-            QStringList lines = QString::fromUtf8(csv.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-            outcome.header = lines.isEmpty() ? QString() : lines.takeFirst();
-            outcome.rows = lines.size();
-        }
-        return outcome;
-    }
+    ViewerRunHelper viewer;
 
 private Q_SLOTS:
-    void initTestCase() { QVERIFY(dir.isValid()); }
+    void initTestCase() { QVERIFY(viewer.isValid()); }
 
     void refusals_data()
     {
@@ -90,17 +41,18 @@ private Q_SLOTS:
         QFETCH(QString, script);
         QFETCH(QString, message);
         QFETCH(int, rows);
-        const Outcome outcome = runViewer(script);
+        const Outcome outcome = viewer.run(script);
         QCOMPARE(outcome.exitCode, 1);
         QVERIFY2(outcome.errors.contains(message), qPrintable(outcome.errors));
         // The values of what ran before the refusal are still exported.
-        QCOMPARE(outcome.rows, rows);
+        QVERIFY(outcome.exported);
+        QCOMPARE(outcome.rows.size(), rows);
         QCOMPARE(outcome.header, QStringLiteral("type,index,value_name,value,unit,text,type_name,frame"));
     }
 
     void missingScriptIsRefused()
     {
-        const Outcome outcome = runViewer(QString(), {}, false);
+        const Outcome outcome = viewer.runWithoutScript();
         QCOMPARE(outcome.exitCode, 1);
         QVERIFY2(outcome.errors.contains(QStringLiteral("cannot read script")), qPrintable(outcome.errors));
     }
@@ -108,22 +60,23 @@ private Q_SLOTS:
     void unsavedMeasurementsDoNotStopAScriptedRun()
     {
         // Modified measurements and --quit: no question, a clean exit.
-        const Outcome outcome = runViewer(QStringLiteral("tool distance\npress 100 100\nmove 200 100\n"
+        const Outcome outcome = viewer.run(QStringLiteral("tool distance\npress 100 100\nmove 200 100\n"
                                                          "release 200 100\n"));
         QCOMPARE(outcome.exitCode, 0);
-        QCOMPARE(outcome.rows, 1);
+        QVERIFY(outcome.exported);
+        QCOMPARE(outcome.rows.size(), 1);
     }
 
     void pictureProblemsExitWithTwo_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("message");
-        QTest::newRow("missing picture") << QStringList{ dir.filePath(QStringLiteral("none.png")) }
+        QTest::newRow("missing picture") << QStringList{ viewer.filePath(QStringLiteral("none.png")) }
                                          << "the file does not exist";
-        QImage(40, 30, QImage::Format_RGB32).save(dir.filePath(QStringLiteral("small.png")));
-        QImage(50, 30, QImage::Format_RGB32).save(dir.filePath(QStringLiteral("wide.png")));
-        QTest::newRow("series of two sizes") << QStringList{ dir.filePath(QStringLiteral("small.png")),
-                                                             dir.filePath(QStringLiteral("wide.png")) }
+        QImage(40, 30, QImage::Format_RGB32).save(viewer.filePath(QStringLiteral("small.png")));
+        QImage(50, 30, QImage::Format_RGB32).save(viewer.filePath(QStringLiteral("wide.png")));
+        QTest::newRow("series of two sizes") << QStringList{ viewer.filePath(QStringLiteral("small.png")),
+                                                             viewer.filePath(QStringLiteral("wide.png")) }
                                              << "has 50 x 30 pixels; the first frame has 40 x 30";
         QTest::newRow("calibration zero") << QStringList{ QStringLiteral("--calibration"), QStringLiteral("0") }
                                           << "--calibration needs a number above 0, got '0'";
@@ -136,7 +89,7 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, arguments);
         QFETCH(QString, message);
-        const Outcome outcome = runViewer(QStringLiteral("# nothing\n"), arguments);
+        const Outcome outcome = viewer.run(QStringLiteral("# nothing\n"), arguments);
         QCOMPARE(outcome.exitCode, 2);
         QVERIFY2(outcome.errors.contains(message), qPrintable(outcome.errors));
     }
@@ -150,7 +103,7 @@ private Q_SLOTS:
     void scalingBoundsAreAccepted()
     {
         QFETCH(QString, percent);
-        const Outcome outcome = runViewer(QStringLiteral("# nothing\n"), { QStringLiteral("--scaling"), percent });
+        const Outcome outcome = viewer.run(QStringLiteral("# nothing\n"), { QStringLiteral("--scaling"), percent });
         QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.errors));
     }
 };
