@@ -1,4 +1,5 @@
 #include "KxAppSettings.h"
+#include "KxGsManipulator.h"
 #include "KxSignalCenter.h"
 #include "OvGestureReplayer.h"
 #include "OvGestureScript.h"
@@ -7,6 +8,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QGuiApplication>
 #include <QTextStream>
 
 #include <cmath>
@@ -92,6 +94,10 @@ int main(int argc, char* argv[])
     window.setInteractive(!batch);
     // Scripted runs are repeatable: no questions, no remembered layout.
     window.setScripted(batch || parser.isSet(script) || parser.isSet(demo));
+    // An offscreen screen is small and not real: screenshots get the window's
+    // own size.
+    if (QGuiApplication::platformName() == QLatin1String("offscreen"))
+        window.resize(1400, 900);
     window.loadPlugins();
     if (!window.isScripted())
         window.restoreLayout();
@@ -161,6 +167,8 @@ int main(int argc, char* argv[])
         window.reportError(error);
         code = code == ExitOk ? ExitBadInput : code;
     }
+    // The picture, not where the replay left the mouse.
+    KxGsManipulator::showLocalMagnifier(false);
     if (parser.isSet(screenshot) && !window.grab().save(parser.value(screenshot))) {
         window.reportError(QStringLiteral("cannot write %1").arg(parser.value(screenshot)));
         code = code == ExitOk ? ExitBadInput : code;
