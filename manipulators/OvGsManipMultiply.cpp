@@ -68,7 +68,7 @@ QVariant OvGsManipMultiply::storedGeometry(const OvGsRelativeDistance* aLine) co
     return aLine->isBase ? QPointF(0.0, 0.0) : aLine->vector;
 }
 
-void OvGsManipMultiply::applyStoredGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry)
+void OvGsManipMultiply::applyLineGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry)
 {
     if (!aLine->isBase)
         aLine->setVector(aGeometry.toPointF());

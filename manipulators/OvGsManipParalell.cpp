@@ -114,7 +114,7 @@ QVariant OvGsManipParalell::storedGeometry(const OvGsRelativeDistance* aLine) co
     return QPoint(findDistance(const_cast<OvGsRelativeDistance*>(aLine)), 0);
 }
 
-void OvGsManipParalell::applyStoredGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry)
+void OvGsManipParalell::applyLineGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry)
 {
     if (!aLine->isBase && takeBase(findBase(aLine->baseName))) {
         aLine->setVector(baseEnd - baseStart);

@@ -316,22 +316,11 @@ void OvGsManipRelative::deactivate()
 
 OvGsRelativeDistance* OvGsManipRelative::createInProgressLine(const QString& aBaseName)
 {
-    QString stepText;
-    const double step = getCalibrationStep(stepText);
-    const QString typeName = getObjectTypeName(0);
-    OvGuiMeasurementTool* panel = getPanel();
-
-    OvGsRelativeDistance* item = newLine(typeName, QString::fromLatin1(linePattern).arg(counter++));
+    OvGsRelativeDistance* item = newLine(getObjectTypeName(0), QString::fromLatin1(linePattern).arg(counter++));
     item->manipulator = this;
     item->isBase = creatingBase;
     item->baseName = aBaseName;
-    item->setName(typeName);
-    item->setLabelVisible(true);
-    item->setColor(panel->getColor());
-    item->setPenStyle(Qt::SolidLine, panel->getLineWidth());
-    item->setLabelFontPixSize(panel->getFontSize());
-    item->setStep(step, stepText);
-    item->adjustScale(editor->scale());
+    dressNewItem(item, Qt::SolidLine);
     item->setPos(startPoint);
     item->setVector(endPoint - startPoint);
     item->setLabelPos(QPointF(10.0, -10.0));
@@ -558,26 +547,20 @@ void OvGsManipRelative::objectCreatedInKernel(int aType, int anIdx, const KxKern
 {
     if (aType != kind.objectType || !aData || gsObjectMap.contains(anIdx))
         return;
-    const KxParamKeyframeVector keyframes = aData->getDefaultKeyframes();
-    const KxKernelObjectDataDescr* descr = getDescriptor();
-    QString stepText;
-    const double step = getCalibrationStep(stepText);
-
     OvGsRelativeDistance* item = newLine(QString(), QString::fromLatin1(linePattern).arg(counter++));
     item->manipulator = this;
-    item->setName(getItemName(anIdx));
-    item->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
-    item->setPos(keyframeValue(keyframes, 3).toPoint() - getViewOrigin());
-    item->setVisible(keyframeValue(keyframes, 0).toBool());
-    item->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
     lineRestored(item, aData);
-    applyStoredGeometry(item, descr->getValue(keyframes, QString::fromLatin1(kind.geometryKey)));
-    item->setPenStyle(Qt::SolidLine, descr->getValue(keyframes, QStringLiteral("w")).toInt());
-    item->setStep(step, stepText);
-    item->setLabelFontPixSize(descr->getValue(keyframes, QStringLiteral("fs")).toInt());
-    item->adjustScale(editor->scale());
+    dressStoredItem(item, anIdx, aData->getDefaultKeyframes());
     gsObjectMap.insert(anIdx, item);
     editor->update();
+}
+
+void OvGsManipRelative::applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,
+                                            const QPoint& anOrigin)
+{
+    auto* line = static_cast<OvGsRelativeDistance*>(anItem);
+    line->setPos(keyframeValue(aKeyframes, 3).toPoint() - anOrigin);
+    applyLineGeometry(line, getDescriptor()->getValue(aKeyframes, QString::fromLatin1(kind.geometryKey)));
 }
 
 void OvGsManipRelative::objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
@@ -587,14 +570,7 @@ void OvGsManipRelative::objectChangedInKernel(int aType, int anIdx, const KxKern
         // Undo and redo bring the stored state back to the item first.
         if (KxGsObject* obj = gsObjectMap.value(anIdx)) {
             auto* line = static_cast<OvGsRelativeDistance*>(obj);
-            const KxParamKeyframeVector keyframes = aData->getKeyframesAt(kernelData->getCurrentFrame());
-            line->setPos(keyframeValue(keyframes, 3).toPoint() - getViewOrigin());
-            applyStoredGeometry(line, getDescriptor()->getValue(keyframes, QString::fromLatin1(kind.geometryKey)));
-            line->setVisible(keyframeValue(keyframes, 0).toBool());
-            line->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
-            line->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
-            updateDisplayValue(line, keyframeValue(keyframes, 2).toString(), true, true);
-            line->ensureLabelVisible();
+            showStoredState(line, aData->getKeyframesAt(kernelData->getCurrentFrame()));
             if (line->isBase)
                 writtenBaseVectors.insert(line, line->vector);
             if (current == line)
@@ -629,27 +605,8 @@ void OvGsManipRelative::objectChangedInKernel(int aType, int anIdx, const KxKern
 
 void OvGsManipRelative::recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce)
 {
-    const KxKernelObjectDataDescr* descr = getDescriptor();
-    const QString geometryKey = QString::fromLatin1(kind.geometryKey);
-    const QMap<int, KxKernelObjectData*> objects = kernelData->getObjectsOfType(kind.objectType);
     const BaseLookup lookup(this);
-    for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
-        if (!it.value()->animated && !aForce)
-            continue;
-        KxGsObject* obj = gsObjectMap.value(it.key());
-        if (!obj)
-            continue;
-        auto* line = static_cast<OvGsRelativeDistance*>(obj);
-        const KxParamKeyframeVector keyframes = it.value()->getKeyframesAt(aFrame);
-        line->setPos(keyframeValue(keyframes, 3).toPoint() - anOrigin);
-        applyStoredGeometry(line, descr->getValue(keyframes, geometryKey));
-        const QString name = keyframeValue(keyframes, 2).toString();
-        showLineValue(line, it.key(), name);
-        line->setDisplayedValueName(name);
-        line->update();
-        line->ensureLabelVisible();
-    }
-    editor->update();
+    OvGsManipFrame::recreateGraphicsObjects(anOrigin, aFrame, aForce);
 }
 
 void OvGsManipRelative::rescaleItems(double aFactor)
