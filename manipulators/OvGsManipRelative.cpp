@@ -102,6 +102,27 @@ void OvGsManipRelative::initManipulatorDone()
         KxAppSettings::setValue(QString::fromLatin1(kKeyDistanceAllowedAsBase), distanceAllowedAsBase);
 }
 
+OvGsManipFrame::Kind OvGsManipRelative::relativeKind(const char* aContext, int anObjectType, const char* aTypeName,
+                                                     const char* aValueName, QMetaType::Type aGeometryType,
+                                                     int aVariant)
+{
+    Kind kind;
+    kind.context = aContext;
+    kind.objectType = anObjectType;
+    kind.typeName = aTypeName;
+    kind.valueNames = { aValueName };
+    kind.geometryKey = "len";
+    kind.geometryType = aGeometryType;
+    kind.drawButton = DistanceButton;
+    kind.freehandTypes = 1u << aVariant;
+    kind.units = { 0, 1, 2, 5, 3, 4, 6, 7, 8 };
+    kind.removalSignal = SIGNAL(signalObjectBeforeRemove(const int, const int));
+    kind.removalSlot = SLOT(slotObjectBeforeRemoveInKernel(int, int));
+    kind.followsMediaAndTool = false;
+    kind.noUnitIsAuto = true;
+    return kind;
+}
+
 void OvGsManipRelative::initRelative()
 {
     distanceAllowedAsBase = KxAppSettings::value(QString::fromLatin1(kKeyDistanceAllowedAsBase), QVariant()).toBool();

@@ -104,6 +104,13 @@ protected:
     // Reads "DistanceAllowedAsBase" and follows its changes; call right after
     // initFrame().
     void initRelative();
+    // The record of a kind of this family: one value name, geometry "len" of
+    // aGeometryType, the distance button under free-hand variant aVariant, the
+    // length units, removal before the object leaves the store, no media or
+    // tool following, and no unit read as automatic. The texts are marked
+    // with QT_TRANSLATE_NOOP(aContext, ...) by the caller.
+    static Kind relativeKind(const char* aContext, int anObjectType, const char* aTypeName, const char* aValueName,
+                             QMetaType::Type aGeometryType, int aVariant);
 
     // A new item of this kind.
     virtual OvGsRelativeDistance* newLine(const QString& aTypeName, const QString& aLineName) = 0;
