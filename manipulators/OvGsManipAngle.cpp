@@ -18,22 +18,11 @@ const double kMinLineLength = 10.0;
 
 OvGsManipFrame::Kind angleKind()
 {
-    OvGsManipFrame::Kind kind;
-    kind.context = "OvGsManipAngle";
-    kind.objectType = kAngleType;
-    kind.typeName = QT_TRANSLATE_NOOP("OvGsManipAngle", "Angle");
-    kind.valueNames = { QT_TRANSLATE_NOOP("OvGsManipAngle", "Inner angle"),
-                        QT_TRANSLATE_NOOP("OvGsManipAngle", "Outer angle") };
-    kind.geometryKey = "nodes";
-    kind.geometryType = QMetaType::QPolygonF;
-    kind.drawButton = OvGsManipFrame::AngleButton;
-    kind.freehandTypes = OvGsManipFrame::kAnyFreehandType;
-    kind.drawButtonSlot = SLOT(slotDrawButtonToggled(bool));
+    OvGsManipFrame::Kind kind = OvGsManipFrame::standardKind(
+        "OvGsManipAngle", kAngleType, QT_TRANSLATE_NOOP("OvGsManipAngle", "Angle"),
+        { QT_TRANSLATE_NOOP("OvGsManipAngle", "Inner angle"), QT_TRANSLATE_NOOP("OvGsManipAngle", "Outer angle") },
+        "nodes", QMetaType::QPolygonF, OvGsManipFrame::AngleButton);
     kind.units = { OvGuiMeasurementTool::UnitDeg };
-    // An angle whose object leaves the store (undo of its creation, a delete) leaves
-    // the picture as every other kind does.
-    kind.removalSignal = SIGNAL(signalObjectRemoved(const int, const int));
-    kind.removalSlot = SLOT(slotObjectRemovedInKernel(const int, const int));
     kind.magnifierLeadsHover = true;
     return kind;
 }

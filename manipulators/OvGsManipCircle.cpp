@@ -18,20 +18,10 @@ const double kClickBox = 10.0;
 
 OvGsManipFrame::Kind circleKind()
 {
-    OvGsManipFrame::Kind kind;
-    kind.context = "OvGsManipCircle";
-    kind.objectType = kCircleType;
-    kind.typeName = QT_TRANSLATE_NOOP("OvGsManipCircle", "Circle");
-    kind.valueNames = { QT_TRANSLATE_NOOP("OvGsManipCircle", "Radius"),
-                        QT_TRANSLATE_NOOP("OvGsManipCircle", "Diameter") };
-    kind.geometryKey = "nodes";
-    kind.geometryType = QMetaType::QPolygonF;
-    kind.drawButton = OvGsManipFrame::RadiusButton;
-    kind.freehandTypes = OvGsManipFrame::kAnyFreehandType;
-    kind.drawButtonSlot = SLOT(slotDrawButtonToggled(bool));
-    kind.units = { 0, 1, 2, 5, 3, 4, 6, 7, 8 };
-    kind.removalSignal = SIGNAL(signalObjectRemoved(const int, const int));
-    kind.removalSlot = SLOT(slotObjectRemovedInKernel(const int, const int));
+    OvGsManipFrame::Kind kind = OvGsManipFrame::standardKind(
+        "OvGsManipCircle", kCircleType, QT_TRANSLATE_NOOP("OvGsManipCircle", "Circle"),
+        { QT_TRANSLATE_NOOP("OvGsManipCircle", "Radius"), QT_TRANSLATE_NOOP("OvGsManipCircle", "Diameter") },
+        "nodes", QMetaType::QPolygonF, OvGsManipFrame::RadiusButton);
     kind.fontChangeEnsuresLabel = false;
     kind.magnifierLeadsHover = true;
     kind.clearsUnitsAfterDiscard = false;

@@ -24,22 +24,10 @@ const double kClickBox = 10.0;
 
 OvGsManipFrame::Kind distanceKind()
 {
-    OvGsManipFrame::Kind kind;
-    kind.context = "OvGsManipDistance";
-    kind.objectType = kDistanceType;
-    kind.typeName = QT_TRANSLATE_NOOP("OvGsManipDistance", "Distance");
-    kind.valueNames = { QT_TRANSLATE_NOOP("OvGsManipDistance", "Length") };
-    kind.geometryKey = "len";
-    kind.geometryType = QMetaType::QPoint;
-    kind.drawButton = OvGsManipFrame::DistanceButton;
+    OvGsManipFrame::Kind kind = OvGsManipFrame::standardKind(
+        "OvGsManipDistance", kDistanceType, QT_TRANSLATE_NOOP("OvGsManipDistance", "Distance"),
+        { QT_TRANSLATE_NOOP("OvGsManipDistance", "Length") }, "len", QMetaType::QPoint, OvGsManipFrame::DistanceButton);
     kind.freehandTypes = (1u << 0) | (1u << kCircleDistanceVariant);
-    kind.drawButtonSlot = SLOT(slotDrawButtonToggled(bool));
-    kind.units = { 0, 1, 2, 5, 3, 4, 6, 7, 8 };
-    kind.squaredUnits = false;
-    kind.removalSignal = SIGNAL(signalObjectRemoved(const int, const int));
-    kind.removalSlot = SLOT(slotObjectRemovedInKernel(const int, const int));
-    kind.followsMediaAndTool = true;
-    kind.fontChangeEnsuresLabel = true;
     return kind;
 }
 

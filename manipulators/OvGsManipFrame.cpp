@@ -56,6 +56,25 @@ double magnifierScaleFrom(const QVariant& aValue)
 
 } // namespace
 
+OvGsManipFrame::Kind OvGsManipFrame::standardKind(const char* aContext, int anObjectType, const char* aTypeName,
+                                                const QList<const char*>& aValueNames, const char* aGeometryKey,
+                                                QMetaType::Type aGeometryType, DrawButton aDrawButton)
+{
+    Kind kind;
+    kind.context = aContext;
+    kind.objectType = anObjectType;
+    kind.typeName = aTypeName;
+    kind.valueNames = aValueNames;
+    kind.geometryKey = aGeometryKey;
+    kind.geometryType = aGeometryType;
+    kind.drawButton = aDrawButton;
+    kind.drawButtonSlot = SLOT(slotDrawButtonToggled(bool));
+    kind.units = { 0, 1, 2, 5, 3, 4, 6, 7, 8 };
+    kind.removalSignal = SIGNAL(signalObjectRemoved(const int, const int));
+    kind.removalSlot = SLOT(slotObjectRemovedInKernel(const int, const int));
+    return kind;
+}
+
 OvGsManipFrame::OvGsManipFrame(OvToolBase* aToolBase, OvGuiMeasurementTool* aPanel, QUndoStack* anUndoStack,
                                const Kind& aKind)
     : KxGsManipulator(nullptr, anUndoStack)

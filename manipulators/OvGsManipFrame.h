@@ -88,6 +88,14 @@ public:
         int unit = -1;
     };
 
+    // The record most kinds start from: the given names and geometry, the
+    // button toggling slotDrawButtonToggled(), the length units, and removal
+    // when the object leaves the store. The texts are marked with
+    // QT_TRANSLATE_NOOP(aContext, ...) by the caller.
+    static Kind standardKind(const char* aContext, int anObjectType, const char* aTypeName,
+                           const QList<const char*>& aValueNames, const char* aGeometryKey,
+                           QMetaType::Type aGeometryType, DrawButton aDrawButton);
+
     // aKind is copied. Reads the magnifier settings; the rest of the
     // construction happens in initFrame().
     OvGsManipFrame(OvToolBase* aToolBase, OvGuiMeasurementTool* aPanel, QUndoStack* anUndoStack,

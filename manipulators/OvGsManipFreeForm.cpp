@@ -29,23 +29,14 @@ const char* const kNodesKey = "nodes";
 
 OvGsManipFrame::Kind freeFormKind()
 {
-    OvGsManipFrame::Kind kind;
-    kind.context = "OvGsManipFreeForm";
-    kind.objectType = kFreeFormType;
-    kind.typeName = QT_TRANSLATE_NOOP("OvGsManipFreeForm", "Free form");
-    kind.valueNames = { QT_TRANSLATE_NOOP("OvGsManipFreeForm", "Area"),
-                        QT_TRANSLATE_NOOP("OvGsManipFreeForm", "Length") };
-    kind.geometryKey = kNodesKey;
-    kind.geometryType = QMetaType::QPolygonF;
-    kind.drawButton = OvGsManipFrame::FreeFormButton;
-    kind.freehandTypes = OvGsManipFrame::kAnyFreehandType;
+    OvGsManipFrame::Kind kind = OvGsManipFrame::standardKind(
+        "OvGsManipFreeForm", kFreeFormType, QT_TRANSLATE_NOOP("OvGsManipFreeForm", "Free form"),
+        { QT_TRANSLATE_NOOP("OvGsManipFreeForm", "Area"), QT_TRANSLATE_NOOP("OvGsManipFreeForm", "Length") },
+        kNodesKey, QMetaType::QPolygonF, OvGsManipFrame::FreeFormButton);
     kind.drawButtonSlot = SLOT(slotFreeformButtonToggled(bool));
-    kind.units = { 0, 1, 2, 5, 3, 4, 6, 7, 8 };
     kind.squaredUnits = true;
     kind.removalSignal = SIGNAL(signalObjectBeforeRemove(const int, const int));
     kind.removalSlot = SLOT(slotObjectBeforeRemoveInKernel(const int, const int));
-    kind.followsMediaAndTool = true;
-    kind.fontChangeEnsuresLabel = true;
     return kind;
 }
 

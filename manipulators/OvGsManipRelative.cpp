@@ -106,16 +106,10 @@ OvGsManipFrame::Kind OvGsManipRelative::relativeKind(const char* aContext, int a
                                                      const char* aValueName, QMetaType::Type aGeometryType,
                                                      int aVariant)
 {
-    Kind kind;
-    kind.context = aContext;
-    kind.objectType = anObjectType;
-    kind.typeName = aTypeName;
-    kind.valueNames = { aValueName };
-    kind.geometryKey = "len";
-    kind.geometryType = aGeometryType;
-    kind.drawButton = DistanceButton;
+    Kind kind = standardKind(aContext, anObjectType, aTypeName, { aValueName }, "len", aGeometryType, DistanceButton);
     kind.freehandTypes = 1u << aVariant;
-    kind.units = { 0, 1, 2, 5, 3, 4, 6, 7, 8 };
+    // The distance button's slot is the plain distance's.
+    kind.drawButtonSlot = nullptr;
     kind.removalSignal = SIGNAL(signalObjectBeforeRemove(const int, const int));
     kind.removalSlot = SLOT(slotObjectBeforeRemoveInKernel(int, int));
     kind.followsMediaAndTool = false;
