@@ -173,10 +173,7 @@ void OvGsManipAngle::finalizeAngle()
         return;
     angle->setFinalShape();
     angle->setPenStyle(Qt::SolidLine, getPanel()->getLineWidth());
-    const int index = getNextObjectIndex();
-    gsObjectMap.insert(index, angle);
-    angle->allowTrashVisible(true);
-    angle->setName(getItemName(index));
+    const int index = adoptFinishedItem(angle);
     storeNewObject(angle, index, angle->nodes);
     inProgress = nullptr;
     activeNode = -1;

@@ -149,10 +149,7 @@ void OvGsManipCircle::finalizeCircle()
     if (!circle)
         return;
     circle->setPenStyle(Qt::SolidLine, getPanel()->getLineWidth());
-    const int index = getNextObjectIndex();
-    gsObjectMap.insert(index, circle);
-    circle->allowTrashVisible(true);
-    circle->setName(getItemName(index));
+    const int index = adoptFinishedItem(circle);
     storeNewObject(circle, index, QPolygonF(circle->nodes));
     inProgress = nullptr;
 }

@@ -216,10 +216,7 @@ void OvGsManipDistance::finalizeDistance()
         item->setVector(target->pos() - item->pos());
     }
 
-    const int index = getNextObjectIndex();
-    gsObjectMap.insert(index, item);
-    item->setName(getItemName(index));
-    item->allowTrashVisible(true);
+    const int index = adoptFinishedItem(item);
     item->setPenStyle(Qt::SolidLine, item->penWidth);
 
     const KxKernelObjectDataDescr* descr = getDescriptor();

@@ -750,6 +750,15 @@ KxParamKeyframeVector OvGsManipFrame::createObjectKeyframes(const OvGsObject* an
     return keyframes;
 }
 
+int OvGsManipFrame::adoptFinishedItem(OvGsObject* anItem)
+{
+    const int index = getNextObjectIndex();
+    gsObjectMap.insert(index, anItem);
+    anItem->setName(getItemName(index));
+    anItem->allowTrashVisible(true);
+    return index;
+}
+
 void OvGsManipFrame::pushOwnCommand(QUndoCommand* aCommand)
 {
     const bool wasBlocked = blockKernelNotification;

@@ -284,6 +284,10 @@ protected:
     // applyStoredGeometry() against the view origin, visibility, colour and
     // the stored value name on its label, kept inside the picture.
     void showStoredState(OvGsObject* anItem, const KxParamKeyframeVector& aKeyframes);
+    // Puts anItem, a finished item of this kind, in the graphics-object map
+    // under getNextObjectIndex(), names it after that index and lets its trash
+    // button show. Returns the index.
+    int adoptFinishedItem(OvGsObject* anItem);
     // Pushes a command of this manipulator with the block flag set, so that
     // the notifications it causes are not handled again.
     void pushOwnCommand(QUndoCommand* aCommand);

@@ -221,10 +221,7 @@ void OvGsManipFreeForm::finalizeShape()
     if (!item)
         return;
     item->setPenStyle(Qt::SolidLine, getPanel()->getLineWidth());
-    const int index = getNextObjectIndex();
-    gsObjectMap.insert(index, item);
-    item->setName(getItemName(index));
-    item->allowTrashVisible(true);
+    const int index = adoptFinishedItem(item);
     // Placed now: the zoom was applied while the shape had no nodes yet.
     item->updateTrashPos();
     placeLabel(item);

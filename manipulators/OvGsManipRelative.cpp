@@ -465,10 +465,7 @@ void OvGsManipRelative::finalizeDistance()
     OvGsRelativeDistance* item = inProgress;
     if (!item)
         return;
-    const int index = getNextObjectIndex();
-    gsObjectMap.insert(index, item);
-    item->setName(getItemName(index));
-    item->allowTrashVisible(true);
+    const int index = adoptFinishedItem(item);
     item->allowActiveVisible(creatingBase, activeOff, activeOn);
     if (creatingBase) {
         item->makeAllActiveGray();
