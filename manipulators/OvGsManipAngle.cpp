@@ -1,8 +1,6 @@
 #include "OvGsManipAngle.h"
 
-#include "CmdChangeObject.h"
 #include "KxGsEditor.h"
-#include "KxKernelData.h"
 #include "KxKernelObjectData.h"
 #include "KxKernelObjectDataDescr.h"
 #include "OvGsAngle.h"
@@ -20,22 +18,11 @@ const double kMinLineLength = 10.0;
 
 OvGsManipFrame::Kind angleKind()
 {
-    OvGsManipFrame::Kind kind;
-    kind.context = "OvGsManipAngle";
-    kind.objectType = kAngleType;
-    kind.typeName = QT_TRANSLATE_NOOP("OvGsManipAngle", "Angle");
-    kind.valueNames = { QT_TRANSLATE_NOOP("OvGsManipAngle", "Inner angle"),
-                        QT_TRANSLATE_NOOP("OvGsManipAngle", "Outer angle") };
-    kind.geometryKey = "nodes";
-    kind.geometryType = QMetaType::QPolygonF;
-    kind.drawButton = OvGsManipFrame::AngleButton;
-    kind.freehandTypes = OvGsManipFrame::kAnyFreehandType;
-    kind.drawButtonSlot = SLOT(slotDrawButtonToggled(bool));
+    OvGsManipFrame::Kind kind = OvGsManipFrame::standardKind(
+        "OvGsManipAngle", kAngleType, QT_TRANSLATE_NOOP("OvGsManipAngle", "Angle"),
+        { QT_TRANSLATE_NOOP("OvGsManipAngle", "Inner angle"), QT_TRANSLATE_NOOP("OvGsManipAngle", "Outer angle") },
+        "nodes", QMetaType::QPolygonF, OvGsManipFrame::AngleButton);
     kind.units = { OvGuiMeasurementTool::UnitDeg };
-    // An angle whose object leaves the store (undo of its creation, a delete) leaves
-    // the picture as every other kind does.
-    kind.removalSignal = SIGNAL(signalObjectRemoved(const int, const int));
-    kind.removalSlot = SLOT(slotObjectRemovedInKernel(const int, const int));
     kind.magnifierLeadsHover = true;
     return kind;
 }
@@ -117,17 +104,11 @@ void OvGsManipAngle::mousePressEvent(QGraphicsSceneMouseEvent* anEvent)
     const QPointF pos = anEvent->pos();
     OvGsAngle* angle = inProgress;
     if (!angle) {
-        OvGuiMeasurementTool* panel = getPanel();
         angle = new OvGsAngle(this, editor, QString());
         inProgress = angle;
-        angle->setName(getObjectTypeName(0));
-        angle->startCreationMode(panel->innerAngleMode);
-        angle->setLabelVisible(true);
+        angle->startCreationMode(getPanel()->innerAngleMode);
+        dressNewItem(angle);
         angle->ensureLabelVisible();
-        angle->setColor(panel->getColor());
-        angle->setPenStyle(Qt::DashLine, panel->getLineWidth());
-        angle->setLabelFontPixSize(panel->getFontSize());
-        angle->adjustScale(editor->scale());
         liftLabel(angle);
         angle->setPos(pos);
         angle->allowTrashVisible(false);
@@ -192,103 +173,33 @@ void OvGsManipAngle::finalizeAngle()
         return;
     angle->setFinalShape();
     angle->setPenStyle(Qt::SolidLine, getPanel()->getLineWidth());
-    const int index = getNextObjectIndex();
-    gsObjectMap.insert(index, angle);
-    angle->allowTrashVisible(true);
-    angle->setName(getItemName(index));
+    const int index = adoptFinishedItem(angle);
     storeNewObject(angle, index, angle->nodes);
     inProgress = nullptr;
     activeNode = -1;
 }
 
-void OvGsManipAngle::gsObjectChangedShape(KxGsObject* anObj)
+void OvGsManipAngle::applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,
+                                         const QPoint& anOrigin)
 {
-    if (!anObj || anObj->type() != kAngleType)
-        return;
-    const int index = gsObjectMap.key(anObj, -1);
-    if (index < 0)
-        return;
-    auto* angle = static_cast<OvGsAngle*>(anObj);
-    const KxKernelObjectDataDescr* descr = getDescriptor();
-    KxParamKeyframeVector keyframes = descr->createKeyframeVector();
-    const QPointF pos = angle->pos();
-    keyframes[3].setValue(QPoint(qRound(pos.x()), qRound(pos.y())) + getViewOrigin());
-    descr->setValue(keyframes, QStringLiteral("nodes"), angle->nodes);
-    const KxKernelObjectData* data = kernelData->getObject(kAngleType, index);
-    if (data && data->animated)
-        keyframes.setFrameNumber(kernelData->getCurrentFrame());
-    pushOwnCommand(new CmdChangeObject(kAngleType, index, keyframes, false));
-    // The change notification was blocked: the label still shows the old angle.
-    updateDisplayValue(angle, getValueNameToDisplay(angle), true, true);
+    OvGsManipFrame::applyStoredGeometry(anItem, aKeyframes, anOrigin);
+    static_cast<OvGsAngle*>(anItem)->setAllNodes(
+        getDescriptor()->getValue(aKeyframes, QStringLiteral("nodes")).value<QPolygonF>());
 }
 
-void OvGsManipAngle::applyGeometry(OvGsAngle* anAngle, const KxParamKeyframeVector& aKeyframes,
-                                   const QPoint& anOrigin)
+QVariant OvGsManipAngle::itemGeometry(const KxGsObject* anItem) const
 {
-    // The position first: the lines are clipped to the picture around it.
-    anAngle->setPos(keyframeValue(aKeyframes, 3).toPointF() - anOrigin);
-    anAngle->setAllNodes(getDescriptor()->getValue(aKeyframes, QStringLiteral("nodes")).value<QPolygonF>());
+    return static_cast<const OvGsAngle*>(anItem)->nodes;
 }
 
 void OvGsManipAngle::objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
 {
     if (aType != kAngleType || !aData || gsObjectMap.contains(anIdx))
         return;
-    const KxParamKeyframeVector keyframes = aData->getDefaultKeyframes();
-    const KxKernelObjectDataDescr* descr = getDescriptor();
-    QString stepText;
-    const double step = getCalibrationStep(stepText);
-
     auto* angle = new OvGsAngle(this, editor, QString());
-    angle->setName(getItemName(anIdx));
-    angle->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
-    angle->setVisible(keyframeValue(keyframes, 0).toBool());
-    angle->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
-    applyGeometry(angle, keyframes, getViewOrigin());
-    angle->setPenStyle(Qt::SolidLine, descr->getValue(keyframes, QStringLiteral("w")).toInt());
-    angle->setStep(step, stepText);
-    angle->setLabelFontPixSize(descr->getValue(keyframes, QStringLiteral("fs")).toInt());
-    angle->adjustScale(editor->scale());
+    dressStoredItem(angle, anIdx, aData->getDefaultKeyframes());
     liftLabel(angle);
     gsObjectMap.insert(anIdx, angle);
-    editor->update();
-}
-
-void OvGsManipAngle::objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
-{
-    if (aType != kAngleType || !aData)
-        return;
-    KxGsObject* obj = gsObjectMap.value(anIdx);
-    if (!obj)
-        return;
-    auto* angle = static_cast<OvGsAngle*>(obj);
-    const KxParamKeyframeVector keyframes = aData->getKeyframesAt(kernelData->getCurrentFrame());
-    applyGeometry(angle, keyframes, getViewOrigin());
-    angle->setVisible(keyframeValue(keyframes, 0).toBool());
-    angle->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
-    angle->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
-    updateDisplayValue(angle, keyframeValue(keyframes, 2).toString(), true, true);
-    angle->ensureLabelVisible();
-    if (editor->getCurrentObject() == angle)
-        updateGuiFromObjectData(aData);
-    editor->update();
-}
-
-void OvGsManipAngle::recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce)
-{
-    const QMap<int, KxKernelObjectData*> objects = kernelData->getObjectsOfType(kAngleType);
-    for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
-        if (!it.value()->animated && !aForce)
-            continue;
-        KxGsObject* obj = gsObjectMap.value(it.key());
-        if (!obj)
-            continue;
-        auto* angle = static_cast<OvGsAngle*>(obj);
-        const KxParamKeyframeVector keyframes = it.value()->getKeyframesAt(aFrame);
-        applyGeometry(angle, keyframes, anOrigin);
-        updateDisplayValue(angle, keyframeValue(keyframes, 2).toString(), true, true);
-        angle->ensureLabelVisible();
-    }
     editor->update();
 }
 

@@ -35,12 +35,6 @@ public:
     void mousePressEvent(QGraphicsSceneMouseEvent* anEvent) override;
     void mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent) override;
     void mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent) override;
-    // Re-applies vertex, nodes and displayed value at aFrame to the items of animated
-    // objects (of all objects when aForce is set).
-    void recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce) override;
-    // Writes a dragged node or moved angle (vertex and nodes) back as one undoable change.
-    void gsObjectChangedShape(KxGsObject* anObj) override;
-
     // The node that follows the mouse goes to aPos; the label follows the angle.
     void mouseMove(const QPointF& aPos);
     // Normalises the angle under way, stores it under the next free index, makes it solid.
@@ -58,14 +52,17 @@ protected:
     // "Inner angle" or "Outer angle" after the item's innerAngle.
     QString valueNameOf(const KxGsObject* anItem) const override;
     void objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) override;
-    void objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) override;
+    // The position first: the lines are clipped to the picture around it.
+    void applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,
+                             const QPoint& anOrigin) override;
+    // The vertex moves with the position; the nodes, relative to it, are stored.
+    QVariant itemGeometry(const KxGsObject* anItem) const override;
     Measure measureItem(const QString& aName, const KxGsObject* anItem) const override;
     Measure measureKeyframes(const QString& aName, const KxParamKeyframeVector& aKeyframes) const override;
 
 private:
     // Fixes the active node at aPos unless it would end a line shorter than 10 units.
     bool fixActiveNode(const QPointF& aPos);
-    void applyGeometry(OvGsAngle* anAngle, const KxParamKeyframeVector& aKeyframes, const QPoint& anOrigin);
 
     QPointer<OvGsAngle> inProgress;
     int activeNode;

@@ -1,8 +1,6 @@
 #include "OvGsManipCircle.h"
 
-#include "CmdChangeObject.h"
 #include "KxGsEditor.h"
-#include "KxKernelData.h"
 #include "KxKernelObjectData.h"
 #include "KxKernelObjectDataDescr.h"
 #include "OvGsCircle.h"
@@ -20,20 +18,10 @@ const double kClickBox = 10.0;
 
 OvGsManipFrame::Kind circleKind()
 {
-    OvGsManipFrame::Kind kind;
-    kind.context = "OvGsManipCircle";
-    kind.objectType = kCircleType;
-    kind.typeName = QT_TRANSLATE_NOOP("OvGsManipCircle", "Circle");
-    kind.valueNames = { QT_TRANSLATE_NOOP("OvGsManipCircle", "Radius"),
-                        QT_TRANSLATE_NOOP("OvGsManipCircle", "Diameter") };
-    kind.geometryKey = "nodes";
-    kind.geometryType = QMetaType::QPolygonF;
-    kind.drawButton = OvGsManipFrame::RadiusButton;
-    kind.freehandTypes = OvGsManipFrame::kAnyFreehandType;
-    kind.drawButtonSlot = SLOT(slotDrawButtonToggled(bool));
-    kind.units = { 0, 1, 2, 5, 3, 4, 6, 7, 8 };
-    kind.removalSignal = SIGNAL(signalObjectRemoved(const int, const int));
-    kind.removalSlot = SLOT(slotObjectRemovedInKernel(const int, const int));
+    OvGsManipFrame::Kind kind = OvGsManipFrame::standardKind(
+        "OvGsManipCircle", kCircleType, QT_TRANSLATE_NOOP("OvGsManipCircle", "Circle"),
+        { QT_TRANSLATE_NOOP("OvGsManipCircle", "Radius"), QT_TRANSLATE_NOOP("OvGsManipCircle", "Diameter") },
+        "nodes", QMetaType::QPolygonF, OvGsManipFrame::RadiusButton);
     kind.fontChangeEnsuresLabel = false;
     kind.magnifierLeadsHover = true;
     kind.clearsUnitsAfterDiscard = false;
@@ -92,18 +80,9 @@ void OvGsManipCircle::mousePressEvent(QGraphicsSceneMouseEvent* anEvent)
     if (!inProgress) {
         startPoint = pos;
         lastPressPoint = pos;
-        QString stepText;
-        const double step = getCalibrationStep(stepText);
-        OvGuiMeasurementTool* panel = getPanel();
-        auto* circle = new OvGsCircle(this, editor, QString(), panel->radiusMode);
+        auto* circle = new OvGsCircle(this, editor, QString(), getPanel()->radiusMode);
         inProgress = circle;
-        circle->setName(getObjectTypeName(0));
-        circle->setLabelVisible(true);
-        circle->setColor(panel->getColor());
-        circle->setPenStyle(Qt::DashLine, panel->getLineWidth());
-        circle->setLabelFontPixSize(panel->getFontSize());
-        circle->setStep(step, stepText);
-        circle->adjustScale(editor->scale());
+        dressNewItem(circle);
         circle->setPos(rounded(startPoint));
         circle->setNode(0, rounded(startPoint));
         circle->setNode(1, rounded(lastPressPoint));
@@ -170,41 +149,22 @@ void OvGsManipCircle::finalizeCircle()
     if (!circle)
         return;
     circle->setPenStyle(Qt::SolidLine, getPanel()->getLineWidth());
-    const int index = getNextObjectIndex();
-    gsObjectMap.insert(index, circle);
-    circle->allowTrashVisible(true);
-    circle->setName(getItemName(index));
+    const int index = adoptFinishedItem(circle);
     storeNewObject(circle, index, QPolygonF(circle->nodes));
     inProgress = nullptr;
 }
 
-void OvGsManipCircle::gsObjectChangedShape(KxGsObject* anObj)
+void OvGsManipCircle::applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,
+                                          const QPoint& anOrigin)
 {
-    if (!anObj || anObj->type() != kCircleType)
-        return;
-    const int index = gsObjectMap.key(anObj, -1);
-    if (index < 0)
-        return;
-    auto* circle = static_cast<OvGsCircle*>(anObj);
-    const KxKernelObjectDataDescr* descr = getDescriptor();
-    KxParamKeyframeVector keyframes = descr->createKeyframeVector();
-    const QPointF pos = circle->pos();
-    keyframes[3].setValue(QPoint(qRound(pos.x()), qRound(pos.y())) + getViewOrigin());
-    descr->setValue(keyframes, QStringLiteral("nodes"), QPolygonF(circle->nodes));
-    const KxKernelObjectData* data = kernelData->getObject(kCircleType, index);
-    if (data && data->animated)
-        keyframes.setFrameNumber(kernelData->getCurrentFrame());
-    pushOwnCommand(new CmdChangeObject(kCircleType, index, keyframes, false));
-    // The change notification was blocked: the label still shows the old value.
-    updateDisplayValue(circle, getValueNameToDisplay(circle), true, true);
+    OvGsManipFrame::applyStoredGeometry(anItem, aKeyframes, anOrigin);
+    static_cast<OvGsCircle*>(anItem)->setCentredNodes(
+        getDescriptor()->getValue(aKeyframes, QStringLiteral("nodes")).value<QPolygonF>());
 }
 
-void OvGsManipCircle::applyGeometry(OvGsCircle* aCircle, const KxParamKeyframeVector& aKeyframes,
-                                    const QPoint& anOrigin)
+QVariant OvGsManipCircle::itemGeometry(const KxGsObject* anItem) const
 {
-    const QPolygonF nodes = getDescriptor()->getValue(aKeyframes, QStringLiteral("nodes")).value<QPolygonF>();
-    aCircle->setPos(keyframeValue(aKeyframes, 3).toPointF() - anOrigin);
-    aCircle->setCentredNodes(nodes);
+    return QPolygonF(static_cast<const OvGsCircle*>(anItem)->nodes);
 }
 
 void OvGsManipCircle::objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
@@ -212,57 +172,10 @@ void OvGsManipCircle::objectCreatedInKernel(int aType, int anIdx, const KxKernel
     if (aType != kCircleType || !aData || gsObjectMap.contains(anIdx))
         return;
     const KxParamKeyframeVector keyframes = aData->getDefaultKeyframes();
-    const KxKernelObjectDataDescr* descr = getDescriptor();
     const bool radiusMode = keyframeValue(keyframes, 2).toString() == valueNames.value(0);
-
     auto* circle = new OvGsCircle(this, editor, QString(), radiusMode);
-    circle->setName(getItemName(anIdx));
-    circle->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
-    applyGeometry(circle, keyframes, getViewOrigin());
-    circle->setPenStyle(Qt::SolidLine, descr->getValue(keyframes, QStringLiteral("w")).toInt());
-    circle->setLabelFontPixSize(descr->getValue(keyframes, QStringLiteral("fs")).toInt());
-    circle->adjustScale(editor->scale());
-    circle->setVisible(keyframeValue(keyframes, 0).toBool());
-    circle->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
+    dressStoredItem(circle, anIdx, keyframes);
     gsObjectMap.insert(anIdx, circle);
-    editor->update();
-}
-
-void OvGsManipCircle::objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
-{
-    if (aType != kCircleType || !aData)
-        return;
-    KxGsObject* obj = gsObjectMap.value(anIdx);
-    if (!obj)
-        return;
-    auto* circle = static_cast<OvGsCircle*>(obj);
-    const KxParamKeyframeVector keyframes = aData->getKeyframesAt(kernelData->getCurrentFrame());
-    applyGeometry(circle, keyframes, getViewOrigin());
-    circle->setVisible(keyframeValue(keyframes, 0).toBool());
-    circle->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
-    circle->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
-    updateDisplayValue(circle, keyframeValue(keyframes, 2).toString(), true, true);
-    circle->ensureLabelVisible();
-    if (editor->getCurrentObject() == circle)
-        updateGuiFromObjectData(aData);
-    editor->update();
-}
-
-void OvGsManipCircle::recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce)
-{
-    const QMap<int, KxKernelObjectData*> objects = kernelData->getObjectsOfType(kCircleType);
-    for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
-        if (!it.value()->animated && !aForce)
-            continue;
-        KxGsObject* obj = gsObjectMap.value(it.key());
-        if (!obj)
-            continue;
-        auto* circle = static_cast<OvGsCircle*>(obj);
-        const KxParamKeyframeVector keyframes = it.value()->getKeyframesAt(aFrame);
-        applyGeometry(circle, keyframes, anOrigin);
-        updateDisplayValue(circle, keyframeValue(keyframes, 2).toString(), true, true);
-        circle->ensureLabelVisible();
-    }
     editor->update();
 }
 

@@ -27,12 +27,6 @@ public:
     void mousePressEvent(QGraphicsSceneMouseEvent* anEvent) override;
     void mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent) override;
     void mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent) override;
-    // Re-applies centre, nodes and displayed value at aFrame to the items of animated
-    // objects (of all objects when aForce is set).
-    void recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce) override;
-    // Writes a circle's dragged node (centre and nodes) back as one undoable change.
-    void gsObjectChangedShape(KxGsObject* anObj) override;
-
     // The last node of the circle under way follows aPos (editor item coordinates).
     void mouseMove(const QPointF& aPos);
     // Stores the circle under way under the next free index and makes it solid.
@@ -48,14 +42,15 @@ protected:
     // "Radius" for circles in radius mode, else "Diameter".
     QString valueNameOf(const KxGsObject* anItem) const override;
     void objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) override;
-    void objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) override;
+    // Centre (kernel position minus anOrigin) and nodes from stored key frames.
+    void applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,
+                             const QPoint& anOrigin) override;
+    // The nodes relative to the centre.
+    QVariant itemGeometry(const KxGsObject* anItem) const override;
     Measure measureItem(const QString& aName, const KxGsObject* anItem) const override;
     Measure measureKeyframes(const QString& aName, const KxParamKeyframeVector& aKeyframes) const override;
 
 private:
-    // Centre (kernel position minus anOrigin) and nodes from stored key frames.
-    void applyGeometry(OvGsCircle* aCircle, const KxParamKeyframeVector& aKeyframes, const QPoint& anOrigin);
-
     QPointer<OvGsCircle> inProgress;
     QPointF startPoint;
     QPointF lastPressPoint;

@@ -1,6 +1,5 @@
 #include "OvGsManipDistance.h"
 
-#include "CmdChangeObject.h"
 #include "CmdCreateObject.h"
 #include "KxGsEditor.h"
 #include "KxKernelData.h"
@@ -25,22 +24,10 @@ const double kClickBox = 10.0;
 
 OvGsManipFrame::Kind distanceKind()
 {
-    OvGsManipFrame::Kind kind;
-    kind.context = "OvGsManipDistance";
-    kind.objectType = kDistanceType;
-    kind.typeName = QT_TRANSLATE_NOOP("OvGsManipDistance", "Distance");
-    kind.valueNames = { QT_TRANSLATE_NOOP("OvGsManipDistance", "Length") };
-    kind.geometryKey = "len";
-    kind.geometryType = QMetaType::QPoint;
-    kind.drawButton = OvGsManipFrame::DistanceButton;
+    OvGsManipFrame::Kind kind = OvGsManipFrame::standardKind(
+        "OvGsManipDistance", kDistanceType, QT_TRANSLATE_NOOP("OvGsManipDistance", "Distance"),
+        { QT_TRANSLATE_NOOP("OvGsManipDistance", "Length") }, "len", QMetaType::QPoint, OvGsManipFrame::DistanceButton);
     kind.freehandTypes = (1u << 0) | (1u << kCircleDistanceVariant);
-    kind.drawButtonSlot = SLOT(slotDrawButtonToggled(bool));
-    kind.units = { 0, 1, 2, 5, 3, 4, 6, 7, 8 };
-    kind.squaredUnits = false;
-    kind.removalSignal = SIGNAL(signalObjectRemoved(const int, const int));
-    kind.removalSlot = SLOT(slotObjectRemovedInKernel(const int, const int));
-    kind.followsMediaAndTool = true;
-    kind.fontChangeEnsuresLabel = true;
     return kind;
 }
 
@@ -116,21 +103,11 @@ OvGsCircle* OvGsManipDistance::findCircleAt(const QPointF& aPos, const OvGsCircl
 
 OvGsDistance* OvGsManipDistance::createLine()
 {
-    QString stepText;
-    const double step = getCalibrationStep(stepText);
-    const QString typeName = getObjectTypeName(0);
-    OvGuiMeasurementTool* panel = getPanel();
-
-    auto* item = new OvGsDistance(this, editor, typeName, QStringLiteral("Distance_Line_%1").arg(theCount++));
+    auto* item = new OvGsDistance(this, editor, getObjectTypeName(0),
+                                  QStringLiteral("Distance_Line_%1").arg(theCount++));
     item->manipulator = this;
     inProgress = item;
-    item->setName(typeName);
-    item->setLabelVisible(true);
-    item->setColor(panel->getColor());
-    item->setPenStyle(Qt::DashLine, panel->getLineWidth());
-    item->setLabelFontPixSize(panel->getFontSize());
-    item->setStep(step, stepText);
-    item->adjustScale(editor->scale());
+    dressNewItem(item);
     item->setPos(rounded(startPoint));
     item->setVector(QPointF(15.0, -15.0));
     item->setLabelPos(QPointF(10.0, -10.0));
@@ -239,10 +216,7 @@ void OvGsManipDistance::finalizeDistance()
         item->setVector(target->pos() - item->pos());
     }
 
-    const int index = getNextObjectIndex();
-    gsObjectMap.insert(index, item);
-    item->setName(getItemName(index));
-    item->allowTrashVisible(true);
+    const int index = adoptFinishedItem(item);
     item->setPenStyle(Qt::SolidLine, item->penWidth);
 
     const KxKernelObjectDataDescr* descr = getDescriptor();
@@ -254,90 +228,28 @@ void OvGsManipDistance::finalizeDistance()
     inProgress = nullptr;
 }
 
-void OvGsManipDistance::gsObjectChangedShape(KxGsObject* anObj)
-{
-    if (!anObj || anObj->type() != kDistanceType)
-        return;
-    const int index = gsObjectMap.key(anObj, -1);
-    if (index < 0)
-        return;
-    auto* item = static_cast<OvGsDistance*>(anObj);
-    const KxKernelObjectDataDescr* descr = getDescriptor();
-    KxParamKeyframeVector keyframes = descr->createKeyframeVector();
-    keyframes[3].setValue(rounded(item->pos()) + getViewOrigin());
-    descr->setValue(keyframes, QStringLiteral("len"), rounded(item->vector));
-    const KxKernelObjectData* data = kernelData->getObject(kDistanceType, index);
-    if (data && data->animated)
-        keyframes.setFrameNumber(kernelData->getCurrentFrame());
-    pushOwnCommand(new CmdChangeObject(kDistanceType, index, keyframes, false));
-    // The change notification was blocked: the label still shows the old length.
-    updateDisplayValue(item, getValueNameToDisplay(item), true, true);
-}
-
 void OvGsManipDistance::objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
 {
     if (aType != kDistanceType || !aData || gsObjectMap.contains(anIdx))
         return;
-    const KxParamKeyframeVector keyframes = aData->getDefaultKeyframes();
-    const KxKernelObjectDataDescr* descr = getDescriptor();
-    QString stepText;
-    const double step = getCalibrationStep(stepText);
-
     auto* item = new OvGsDistance(this, editor, QString(), QStringLiteral("Distance_Line_%1").arg(theCount++));
     item->manipulator = this;
-    item->setName(getItemName(anIdx));
-    item->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
-    item->setPos(keyframeValue(keyframes, 3).toPoint() - getViewOrigin());
-    item->setVisible(keyframeValue(keyframes, 0).toBool());
-    item->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
-    item->setVector(descr->getValue(keyframes, QStringLiteral("len")).toPoint());
-    item->setPenStyle(Qt::SolidLine, descr->getValue(keyframes, QStringLiteral("w")).toInt());
-    item->setStep(step, stepText);
-    item->setLabelFontPixSize(descr->getValue(keyframes, QStringLiteral("fs")).toInt());
-    item->adjustScale(editor->scale());
+    dressStoredItem(item, anIdx, aData->getDefaultKeyframes());
     gsObjectMap.insert(anIdx, item);
     editor->update();
 }
 
-void OvGsManipDistance::objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
+void OvGsManipDistance::applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,
+                                            const QPoint& anOrigin)
 {
-    if (aType != kDistanceType || !aData)
-        return;
-    KxGsObject* obj = gsObjectMap.value(anIdx);
-    if (!obj)
-        return;
-    auto* item = static_cast<OvGsDistance*>(obj);
-    const KxParamKeyframeVector keyframes = aData->getKeyframesAt(kernelData->getCurrentFrame());
-    item->setPos(keyframeValue(keyframes, 3).toPoint() - getViewOrigin());
-    item->setVector(getDescriptor()->getValue(keyframes, QStringLiteral("len")).toPoint());
-    item->setVisible(keyframeValue(keyframes, 0).toBool());
-    item->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
-    item->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
-    updateDisplayValue(item, keyframeValue(keyframes, 2).toString(), true, true);
-    item->ensureLabelVisible();
-    if (editor->getCurrentObject() == item)
-        updateGuiFromObjectData(aData);
-    editor->update();
+    auto* item = static_cast<OvGsDistance*>(anItem);
+    item->setPos(keyframeValue(aKeyframes, 3).toPoint() - anOrigin);
+    item->setVector(getDescriptor()->getValue(aKeyframes, QStringLiteral("len")).toPoint());
 }
 
-void OvGsManipDistance::recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce)
+QVariant OvGsManipDistance::itemGeometry(const KxGsObject* anItem) const
 {
-    const KxKernelObjectDataDescr* descr = getDescriptor();
-    const QMap<int, KxKernelObjectData*> objects = kernelData->getObjectsOfType(kDistanceType);
-    for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
-        if (!it.value()->animated && !aForce)
-            continue;
-        KxGsObject* obj = gsObjectMap.value(it.key());
-        if (!obj)
-            continue;
-        auto* item = static_cast<OvGsDistance*>(obj);
-        const KxParamKeyframeVector keyframes = it.value()->getKeyframesAt(aFrame);
-        item->setPos(keyframeValue(keyframes, 3).toPoint() - anOrigin);
-        item->setVector(descr->getValue(keyframes, QStringLiteral("len")).toPoint());
-        updateDisplayValue(item, keyframeValue(keyframes, 2).toString(), true, true);
-        item->ensureLabelVisible();
-    }
-    editor->update();
+    return rounded(static_cast<const OvGsDistance*>(anItem)->vector);
 }
 
 OvGsManipFrame::Measure OvGsManipDistance::measureItem(const QString&, const KxGsObject* anItem) const

@@ -27,11 +27,6 @@ public:
     void mousePressEvent(QGraphicsSceneMouseEvent* anEvent) override;
     void mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent) override;
     void mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent) override;
-    // Re-applies position, vector and displayed value at aFrame to the items
-    // of animated objects (of all objects when aForce is set).
-    void recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce) override;
-    // Writes an item's dragged end back to the kernel as one undoable change.
-    void gsObjectChangedShape(KxGsObject* anObj) override;
     // In circle-distance mode a press on a circle, and every press while a line is
     // drawn, picks circles: it comes here before the circle under it could take it.
     bool claimsPress(const QPointF& aPos) override;
@@ -53,7 +48,10 @@ protected:
     void forgetInProgressItem() override;
     void hoverMoveInProgress(QGraphicsSceneHoverEvent* anEvent) override;
     void objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) override;
-    void objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) override;
+    // The start in whole pixels and the vector "len".
+    void applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,
+                             const QPoint& anOrigin) override;
+    QVariant itemGeometry(const KxGsObject* anItem) const override;
     Measure measureItem(const QString& aName, const KxGsObject* anItem) const override;
     Measure measureKeyframes(const QString& aName, const KxParamKeyframeVector& aKeyframes) const override;
 

@@ -1,5 +1,6 @@
 #include "OvGsManipFrame.h"
 
+#include "CmdChangeObject.h"
 #include "CmdCreateObject.h"
 #include "KxAppSettings.h"
 #include "KxGsEditor.h"
@@ -54,6 +55,25 @@ double magnifierScaleFrom(const QVariant& aValue)
 }
 
 } // namespace
+
+OvGsManipFrame::Kind OvGsManipFrame::standardKind(const char* aContext, int anObjectType, const char* aTypeName,
+                                                const QList<const char*>& aValueNames, const char* aGeometryKey,
+                                                QMetaType::Type aGeometryType, DrawButton aDrawButton)
+{
+    Kind kind;
+    kind.context = aContext;
+    kind.objectType = anObjectType;
+    kind.typeName = aTypeName;
+    kind.valueNames = aValueNames;
+    kind.geometryKey = aGeometryKey;
+    kind.geometryType = aGeometryType;
+    kind.drawButton = aDrawButton;
+    kind.drawButtonSlot = SLOT(slotDrawButtonToggled(bool));
+    kind.units = { 0, 1, 2, 5, 3, 4, 6, 7, 8 };
+    kind.removalSignal = SIGNAL(signalObjectRemoved(const int, const int));
+    kind.removalSlot = SLOT(slotObjectRemovedInKernel(const int, const int));
+    return kind;
+}
 
 OvGsManipFrame::OvGsManipFrame(OvToolBase* aToolBase, OvGuiMeasurementTool* aPanel, QUndoStack* anUndoStack,
                                const Kind& aKind)
@@ -730,6 +750,15 @@ KxParamKeyframeVector OvGsManipFrame::createObjectKeyframes(const OvGsObject* an
     return keyframes;
 }
 
+int OvGsManipFrame::adoptFinishedItem(OvGsObject* anItem)
+{
+    const int index = getNextObjectIndex();
+    gsObjectMap.insert(index, anItem);
+    anItem->setName(getItemName(index));
+    anItem->allowTrashVisible(true);
+    return index;
+}
+
 void OvGsManipFrame::pushOwnCommand(QUndoCommand* aCommand)
 {
     const bool wasBlocked = blockKernelNotification;
@@ -745,6 +774,106 @@ void OvGsManipFrame::storeNewObject(OvGsObject* anItem, int anIndex, const QVari
     pushOwnCommand(new CmdCreateObject(kind.objectType, anIndex, data));
     updateDisplayValue(anItem, valueNameOf(anItem), true, true);
     changeAnimationGsObject(anItem, kernelData->getMediaInfo().isVideoFile(), false, false);
+}
+
+void OvGsManipFrame::dressStoredItem(OvGsObject* anItem, int anIdx, const KxParamKeyframeVector& aKeyframes)
+{
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    QString stepText;
+    const double step = getCalibrationStep(stepText);
+    anItem->setName(getItemName(anIdx));
+    anItem->setColor(colorFromVariant(keyframeValue(aKeyframes, 1)));
+    anItem->setVisible(keyframeValue(aKeyframes, 0).toBool());
+    anItem->setAlwaysHidden(keyframeValue(aKeyframes, 4).toBool());
+    applyStoredGeometry(anItem, aKeyframes, getViewOrigin());
+    anItem->setPenStyle(Qt::SolidLine, descr->getValue(aKeyframes, QStringLiteral("w")).toInt());
+    anItem->setStep(step, stepText);
+    anItem->setLabelFontPixSize(descr->getValue(aKeyframes, QStringLiteral("fs")).toInt());
+    anItem->adjustScale(editor->scale());
+}
+
+void OvGsManipFrame::dressNewItem(OvGsObject* anItem, Qt::PenStyle aStyle)
+{
+    QString stepText;
+    const double step = getCalibrationStep(stepText);
+    anItem->setName(getObjectTypeName(0));
+    anItem->setLabelVisible(true);
+    anItem->setColor(panel->getColor());
+    anItem->setPenStyle(aStyle, panel->getLineWidth());
+    anItem->setLabelFontPixSize(panel->getFontSize());
+    anItem->setStep(step, stepText);
+    anItem->adjustScale(editor->scale());
+}
+
+void OvGsManipFrame::showStoredState(OvGsObject* anItem, const KxParamKeyframeVector& aKeyframes)
+{
+    applyStoredGeometry(anItem, aKeyframes, getViewOrigin());
+    anItem->setVisible(keyframeValue(aKeyframes, 0).toBool());
+    anItem->setAlwaysHidden(keyframeValue(aKeyframes, 4).toBool());
+    anItem->setColor(colorFromVariant(keyframeValue(aKeyframes, 1)));
+    updateDisplayValue(anItem, keyframeValue(aKeyframes, 2).toString(), true, true);
+    anItem->ensureLabelVisible();
+}
+
+void OvGsManipFrame::objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
+{
+    if (aType != kind.objectType || !aData)
+        return;
+    KxGsObject* obj = gsObjectMap.value(anIdx);
+    if (!obj)
+        return;
+    showStoredState(static_cast<OvGsObject*>(obj), aData->getKeyframesAt(kernelData->getCurrentFrame()));
+    if (editor->getCurrentObject() == obj)
+        updateGuiFromObjectData(aData);
+    editor->update();
+}
+
+void OvGsManipFrame::applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,
+                                         const QPoint& anOrigin)
+{
+    anItem->setPos(keyframeValue(aKeyframes, 3).toPointF() - anOrigin);
+}
+
+QVariant OvGsManipFrame::itemGeometry(const KxGsObject*) const
+{
+    return QVariant();
+}
+
+void OvGsManipFrame::recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce)
+{
+    const QMap<int, KxKernelObjectData*> objects = kernelData->getObjectsOfType(kind.objectType);
+    for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
+        if (!it.value()->animated && !aForce)
+            continue;
+        KxGsObject* obj = gsObjectMap.value(it.key());
+        if (!obj)
+            continue;
+        const KxParamKeyframeVector keyframes = it.value()->getKeyframesAt(aFrame);
+        applyStoredGeometry(obj, keyframes, anOrigin);
+        updateDisplayValue(obj, keyframeValue(keyframes, 2).toString(), true, true);
+        static_cast<OvGsObject*>(obj)->ensureLabelVisible();
+    }
+    editor->update();
+}
+
+void OvGsManipFrame::gsObjectChangedShape(KxGsObject* anObj)
+{
+    if (!anObj || anObj->type() != kind.objectType)
+        return;
+    const int index = gsObjectMap.key(anObj, -1);
+    if (index < 0)
+        return;
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    KxParamKeyframeVector keyframes = descr->createKeyframeVector();
+    const QPointF pos = anObj->pos();
+    keyframes[3].setValue(QPoint(qRound(pos.x()), qRound(pos.y())) + getViewOrigin());
+    descr->setValue(keyframes, QString::fromLatin1(kind.geometryKey), itemGeometry(anObj));
+    const KxKernelObjectData* data = kernelData->getObject(kind.objectType, index);
+    if (data && data->animated)
+        keyframes.setFrameNumber(kernelData->getCurrentFrame());
+    pushOwnCommand(new CmdChangeObject(kind.objectType, index, keyframes, false));
+    // The change notification was blocked: the label still shows the old value.
+    updateDisplayValue(anObj, getValueNameToDisplay(anObj), true, true);
 }
 
 OvGsManipFrame::Measure OvGsManipFrame::lengthFromPixels(double aPixels) const

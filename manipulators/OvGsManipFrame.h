@@ -88,6 +88,14 @@ public:
         int unit = -1;
     };
 
+    // The record most kinds start from: the given names and geometry, the
+    // button toggling slotDrawButtonToggled(), the length units, and removal
+    // when the object leaves the store. The texts are marked with
+    // QT_TRANSLATE_NOOP(aContext, ...) by the caller.
+    static Kind standardKind(const char* aContext, int anObjectType, const char* aTypeName,
+                           const QList<const char*>& aValueNames, const char* aGeometryKey,
+                           QMetaType::Type aGeometryType, DrawButton aDrawButton);
+
     // aKind is copied. Reads the magnifier settings; the rest of the
     // construction happens in initFrame().
     OvGsManipFrame(OvToolBase* aToolBase, OvGuiMeasurementTool* aPanel, QUndoStack* anUndoStack,
@@ -134,6 +142,14 @@ public:
     void hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent) override;
     // Editing a measurement activates the measurement tool.
     void editGsObject(KxGsObject* anObj, QPoint aPos) override;
+    // Every item of this kind whose object is animated (all of them with
+    // aForce) takes its key frames at aFrame: applyStoredGeometry() against
+    // anOrigin, then the stored value name on its label, kept in the picture.
+    void recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce) override;
+    // Writes the reshaped or moved item of this kind back as one undoable
+    // change of its position and itemGeometry() (at the current frame when
+    // animated), then shows the value the store now holds.
+    void gsObjectChangedShape(KxGsObject* anObj) override;
     QCursor getCursor() const override;
 
     // The panel shows the object's style and unit: from its kernel data when
@@ -191,7 +207,18 @@ protected:
     // Kernel notifications, not called while the block flag is set (the
     // frame's slots filter them); the kind filters types itself.
     virtual void objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) = 0;
-    virtual void objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) = 0;
+    // Default: the item of this kind under anIdx takes the stored state at the
+    // current frame (showStoredState()) and, when current, the panel follows.
+    virtual void objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData);
+    // Puts the position (key frame 3 less anOrigin) and the geometry of
+    // aKeyframes on anItem, an item of this kind: when an item is made from
+    // the store, when its object changed and in recreateGraphicsObjects().
+    // Default: the position only.
+    virtual void applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,
+                                     const QPoint& anOrigin);
+    // The geometry parameter gsObjectChangedShape() stores for anItem, an item
+    // of this kind, as it stands. Default: invalid.
+    virtual QVariant itemGeometry(const KxGsObject* anItem) const;
     // The camera resolution changed. Default: rescaleDefaultKeyframes().
     virtual void currentResChangedByCamera(QSize anOld, QSize aNew);
     // Called by rescaleDefaultKeyframes() after the stored data was scaled and
@@ -243,6 +270,24 @@ protected:
     // valueNameOf(), its position plus the view origin, not hidden, aGeometry,
     // its width and font size, the panel's current unit.
     KxParamKeyframeVector createObjectKeyframes(const OvGsObject* anItem, const QVariant& aGeometry) const;
+    // Gives anItem, a new item of this kind for the stored object anIdx, the
+    // state of aKeyframes (its defaults): its name, colour, visibility,
+    // applyStoredGeometry(), a solid pen of the stored width, the calibration
+    // step, the stored font size and the editor's zoom. The kind then places
+    // the label and puts anItem in the graphics-object map.
+    void dressStoredItem(OvGsObject* anItem, int anIdx, const KxParamKeyframeVector& aKeyframes);
+    // Gives anItem, the item of a gesture just started, the panel's style: the
+    // type name, a visible label, the colour, a pen of aStyle in the panel's
+    // width, its font size, the calibration step and the editor's zoom.
+    void dressNewItem(OvGsObject* anItem, Qt::PenStyle aStyle = Qt::DashLine);
+    // anItem, an item of this kind, takes aKeyframes (one frame's state):
+    // applyStoredGeometry() against the view origin, visibility, colour and
+    // the stored value name on its label, kept inside the picture.
+    void showStoredState(OvGsObject* anItem, const KxParamKeyframeVector& aKeyframes);
+    // Puts anItem, a finished item of this kind, in the graphics-object map
+    // under getNextObjectIndex(), names it after that index and lets its trash
+    // button show. Returns the index.
+    int adoptFinishedItem(OvGsObject* anItem);
     // Pushes a command of this manipulator with the block flag set, so that
     // the notifications it causes are not handled again.
     void pushOwnCommand(QUndoCommand* aCommand);

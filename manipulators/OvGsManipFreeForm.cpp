@@ -1,6 +1,5 @@
 #include "OvGsManipFreeForm.h"
 
-#include "CmdChangeObject.h"
 #include "CmdCreateObject.h"
 #include "KxCVSequence.h"
 #include "KxGsEditor.h"
@@ -30,23 +29,14 @@ const char* const kNodesKey = "nodes";
 
 OvGsManipFrame::Kind freeFormKind()
 {
-    OvGsManipFrame::Kind kind;
-    kind.context = "OvGsManipFreeForm";
-    kind.objectType = kFreeFormType;
-    kind.typeName = QT_TRANSLATE_NOOP("OvGsManipFreeForm", "Free form");
-    kind.valueNames = { QT_TRANSLATE_NOOP("OvGsManipFreeForm", "Area"),
-                        QT_TRANSLATE_NOOP("OvGsManipFreeForm", "Length") };
-    kind.geometryKey = kNodesKey;
-    kind.geometryType = QMetaType::QPolygonF;
-    kind.drawButton = OvGsManipFrame::FreeFormButton;
-    kind.freehandTypes = OvGsManipFrame::kAnyFreehandType;
+    OvGsManipFrame::Kind kind = OvGsManipFrame::standardKind(
+        "OvGsManipFreeForm", kFreeFormType, QT_TRANSLATE_NOOP("OvGsManipFreeForm", "Free form"),
+        { QT_TRANSLATE_NOOP("OvGsManipFreeForm", "Area"), QT_TRANSLATE_NOOP("OvGsManipFreeForm", "Length") },
+        kNodesKey, QMetaType::QPolygonF, OvGsManipFrame::FreeFormButton);
     kind.drawButtonSlot = SLOT(slotFreeformButtonToggled(bool));
-    kind.units = { 0, 1, 2, 5, 3, 4, 6, 7, 8 };
     kind.squaredUnits = true;
     kind.removalSignal = SIGNAL(signalObjectBeforeRemove(const int, const int));
     kind.removalSlot = SLOT(slotObjectBeforeRemoveInKernel(const int, const int));
-    kind.followsMediaAndTool = true;
-    kind.fontChangeEnsuresLabel = true;
     return kind;
 }
 
@@ -162,18 +152,10 @@ void OvGsManipFreeForm::mousePressEvent(QGraphicsSceneMouseEvent* anEvent)
         return;
 
     startPoint = anEvent->pos();
-    QString stepText;
-    const double step = getCalibrationStep(stepText);
-    OvGuiMeasurementTool* panel = getPanel();
     auto* item = new OvGsFreeForm(this, editor, getObjectTypeName(0));
     inProgress = item;
-    item->setLabelVisible(true);
+    dressNewItem(item);
     item->ensureLabelVisible();
-    item->setColor(panel->getColor());
-    item->setPenStyle(Qt::DashLine, panel->getLineWidth());
-    item->setLabelFontPixSize(panel->getFontSize());
-    item->setStep(step, stepText);
-    item->adjustScale(editor->scale());
     item->setPos(nodePoint(startPoint));
     item->allowTrashVisible(false);
     editor->setCurrentObject(item, false);
@@ -239,10 +221,7 @@ void OvGsManipFreeForm::finalizeShape()
     if (!item)
         return;
     item->setPenStyle(Qt::SolidLine, getPanel()->getLineWidth());
-    const int index = getNextObjectIndex();
-    gsObjectMap.insert(index, item);
-    item->setName(getItemName(index));
-    item->allowTrashVisible(true);
+    const int index = adoptFinishedItem(item);
     // Placed now: the zoom was applied while the shape had no nodes yet.
     item->updateTrashPos();
     placeLabel(item);
@@ -256,93 +235,29 @@ void OvGsManipFreeForm::finalizeShape()
     inProgress = nullptr;
 }
 
-void OvGsManipFreeForm::gsObjectChangedShape(KxGsObject* anObj)
-{
-    if (!anObj || anObj->type() != kind.objectType)
-        return;
-    const int index = gsObjectMap.key(anObj, -1);
-    if (index < 0)
-        return;
-    auto* item = static_cast<OvGsFreeForm*>(anObj);
-    const KxKernelObjectDataDescr* descr = getDescriptor();
-    KxParamKeyframeVector keyframes = descr->createKeyframeVector();
-    keyframes[3].setValue(rounded(item->pos()) + getViewOrigin());
-    descr->setValue(keyframes, QString::fromLatin1(kNodesKey), QVariant::fromValue(item->nodes));
-    const KxKernelObjectData* data = kernelData->getObject(kind.objectType, index);
-    if (data && data->animated)
-        keyframes.setFrameNumber(kernelData->getCurrentFrame());
-    pushOwnCommand(new CmdChangeObject(kind.objectType, index, keyframes, false));
-    // The change notification was blocked: the label still shows the old value.
-    updateDisplayValue(item, getValueNameToDisplay(item), true, true);
-}
-
 void OvGsManipFreeForm::objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
 {
     if (aType != kind.objectType || !aData || gsObjectMap.contains(anIdx))
         return;
-    const KxParamKeyframeVector keyframes = aData->getDefaultKeyframes();
-    const KxKernelObjectDataDescr* descr = getDescriptor();
-    QString stepText;
-    const double step = getCalibrationStep(stepText);
-
     auto* item = new OvGsFreeForm(this, editor, QString());
-    item->setName(getItemName(anIdx));
-    item->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
-    item->setPos(keyframeValue(keyframes, 3).toPoint() - getViewOrigin());
-    item->setVisible(keyframeValue(keyframes, 0).toBool());
-    item->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
-    item->setClosed(closedShapes);
-    item->setNodes(roundedNodes(descr->getValue(keyframes, QString::fromLatin1(kNodesKey))));
-    item->setPenStyle(Qt::SolidLine, descr->getValue(keyframes, QStringLiteral("w")).toInt());
-    item->setStep(step, stepText);
-    item->setLabelFontPixSize(descr->getValue(keyframes, QStringLiteral("fs")).toInt());
-    item->adjustScale(editor->scale());
+    dressStoredItem(item, anIdx, aData->getDefaultKeyframes());
     placeLabel(item);
     gsObjectMap.insert(anIdx, item);
     editor->update();
 }
 
-void OvGsManipFreeForm::objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
+void OvGsManipFreeForm::applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,
+                                            const QPoint& anOrigin)
 {
-    if (aType != kind.objectType || !aData)
-        return;
-    KxGsObject* obj = gsObjectMap.value(anIdx);
-    if (!obj)
-        return;
-    auto* item = static_cast<OvGsFreeForm*>(obj);
-    const KxParamKeyframeVector keyframes = aData->getKeyframesAt(kernelData->getCurrentFrame());
-    item->setNodes(roundedNodes(getDescriptor()->getValue(keyframes, QString::fromLatin1(kNodesKey))));
-    item->setVisible(keyframeValue(keyframes, 0).toBool());
-    item->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
-    item->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
-    item->setPos(keyframeValue(keyframes, 3).toPoint() - getViewOrigin());
+    auto* item = static_cast<OvGsFreeForm*>(anItem);
+    item->setPos(keyframeValue(aKeyframes, 3).toPoint() - anOrigin);
     item->setClosed(closedShapes);
-    updateDisplayValue(item, keyframeValue(keyframes, 2).toString(), true, true);
-    item->ensureLabelVisible();
-    if (editor->getCurrentObject() == item)
-        updateGuiFromObjectData(aData);
-    editor->update();
+    item->setNodes(roundedNodes(getDescriptor()->getValue(aKeyframes, QString::fromLatin1(kNodesKey))));
 }
 
-void OvGsManipFreeForm::recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce)
+QVariant OvGsManipFreeForm::itemGeometry(const KxGsObject* anItem) const
 {
-    const KxKernelObjectDataDescr* descr = getDescriptor();
-    const QString nodesKey = QString::fromLatin1(kNodesKey);
-    const QMap<int, KxKernelObjectData*> objects = kernelData->getObjectsOfType(kind.objectType);
-    for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
-        if (!it.value()->animated && !aForce)
-            continue;
-        KxGsObject* obj = gsObjectMap.value(it.key());
-        if (!obj)
-            continue;
-        auto* item = static_cast<OvGsFreeForm*>(obj);
-        const KxParamKeyframeVector keyframes = it.value()->getKeyframesAt(aFrame);
-        item->setPos(keyframeValue(keyframes, 3).toPoint() - anOrigin);
-        item->setNodes(roundedNodes(descr->getValue(keyframes, nodesKey)));
-        updateDisplayValue(item, keyframeValue(keyframes, 2).toString(), true, true);
-        item->ensureLabelVisible();
-    }
-    editor->update();
+    return QVariant::fromValue(static_cast<const OvGsFreeForm*>(anItem)->nodes);
 }
 
 int OvGsManipFreeForm::activationUnit() const

@@ -33,12 +33,6 @@ public:
     void mousePressEvent(QGraphicsSceneMouseEvent* anEvent) override;
     void mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent) override;
     void mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent) override;
-    // Re-applies position, nodes and displayed value at aFrame to the items of
-    // animated objects (of all objects when aForce is set).
-    void recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce) override;
-    // Writes an item's position and nodes back to the kernel as one undoable change.
-    void gsObjectChangedShape(KxGsObject* anObj) override;
-
     // Stores the shape under way under the next free index and makes it solid.
     void finalizeShape();
     // Adds the point (editor item coordinates) to the shape under way: the first
@@ -63,7 +57,10 @@ protected:
     void forgetInProgressItem() override;
     void hoverMoveInProgress(QGraphicsSceneHoverEvent* anEvent) override;
     void objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) override;
-    void objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) override;
+    // The first node's pixel, open or closed after the kind, and roundedNodes().
+    void applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,
+                             const QPoint& anOrigin) override;
+    QVariant itemGeometry(const KxGsObject* anItem) const override;
     Measure measureItem(const QString& aName, const KxGsObject* anItem) const override;
     Measure measureKeyframes(const QString& aName, const KxParamKeyframeVector& aKeyframes) const override;
     // The stored unit of the free form that is current, else automatic.

@@ -7,22 +7,13 @@ const int kFreeLineVariant = 1;
 
 OvGsManipFrame::Kind freeLineKind()
 {
-    OvGsManipFrame::Kind kind;
-    kind.context = "OvGsManipFreeLine";
-    kind.objectType = kFreeLineType;
-    kind.typeName = QT_TRANSLATE_NOOP("OvGsManipFreeLine", "LEN");
-    kind.valueNames = { QT_TRANSLATE_NOOP("OvGsManipFreeLine", "Length") };
-    kind.geometryKey = "nodes";
-    kind.geometryType = QMetaType::QPolygonF;
-    kind.drawButton = OvGsManipFrame::DistanceButton;
+    OvGsManipFrame::Kind kind = OvGsManipFrame::standardKind(
+        "OvGsManipFreeLine", kFreeLineType, QT_TRANSLATE_NOOP("OvGsManipFreeLine", "LEN"),
+        { QT_TRANSLATE_NOOP("OvGsManipFreeLine", "Length") }, "nodes", QMetaType::QPolygonF,
+        OvGsManipFrame::DistanceButton);
     kind.freehandTypes = 1u << kFreeLineVariant;
-    kind.drawButtonSlot = SLOT(slotDrawButtonToggled(bool));
-    kind.units = { 0, 1, 2, 5, 3, 4, 6, 7, 8 };
-    kind.squaredUnits = false;
     kind.removalSignal = SIGNAL(signalObjectBeforeRemove(const int, const int));
     kind.removalSlot = SLOT(slotObjectBeforeRemoveInKernel(const int, const int));
-    kind.followsMediaAndTool = true;
-    kind.fontChangeEnsuresLabel = true;
     return kind;
 }
 

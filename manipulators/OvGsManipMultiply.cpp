@@ -9,25 +9,6 @@ namespace {
 const int kMultiplyType = 66658;
 const int kMultipleVariant = 2;
 
-OvGsManipFrame::Kind multiplyKind()
-{
-    OvGsManipFrame::Kind kind;
-    kind.context = "OvGsManipMultiply";
-    kind.objectType = kMultiplyType;
-    kind.typeName = QT_TRANSLATE_NOOP("OvGsManipMultiply", "M_DST");
-    kind.valueNames = { QT_TRANSLATE_NOOP("OvGsManipMultiply", "Length") };
-    kind.geometryKey = "len";
-    kind.geometryType = QMetaType::QPointF;
-    kind.drawButton = OvGsManipFrame::DistanceButton;
-    kind.freehandTypes = 1u << kMultipleVariant;
-    kind.units = { 0, 1, 2, 5, 3, 4, 6, 7, 8 };
-    kind.removalSignal = SIGNAL(signalObjectBeforeRemove(const int, const int));
-    kind.removalSlot = SLOT(slotObjectBeforeRemoveInKernel(int, int));
-    kind.followsMediaAndTool = false;
-    kind.noUnitIsAuto = true;
-    return kind;
-}
-
 // Marks the label text for translation in this class's context.
 const char* const kBaseText = QT_TRANSLATE_NOOP("OvGsManipMultiply", "base");
 
@@ -36,7 +17,10 @@ const char* const kBaseText = QT_TRANSLATE_NOOP("OvGsManipMultiply", "base");
 int OvGsManipMultiply::theCount = 0;
 
 OvGsManipMultiply::OvGsManipMultiply(OvToolBase* aToolBase, OvGuiMeasurementTool* aPanel, QUndoStack* anUndoStack)
-    : OvGsManipRelative(aToolBase, aPanel, anUndoStack, multiplyKind(), "Multiply_Line_%1", theCount,
+    : OvGsManipRelative(aToolBase, aPanel, anUndoStack,
+                        relativeKind("OvGsManipMultiply", kMultiplyType, QT_TRANSLATE_NOOP("OvGsManipMultiply", "M_DST"),
+                                     QT_TRANSLATE_NOOP("OvGsManipMultiply", "Length"), QMetaType::QPointF, kMultipleVariant),
+                        "Multiply_Line_%1", theCount,
                         QStringLiteral(":/tessilarresources/active-multi-off.png"),
                         QStringLiteral(":/tessilarresources/active-multi-on.png"))
 {
@@ -68,7 +52,7 @@ QVariant OvGsManipMultiply::storedGeometry(const OvGsRelativeDistance* aLine) co
     return aLine->isBase ? QPointF(0.0, 0.0) : aLine->vector;
 }
 
-void OvGsManipMultiply::applyStoredGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry)
+void OvGsManipMultiply::applyLineGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry)
 {
     if (!aLine->isBase)
         aLine->setVector(aGeometry.toPointF());

@@ -27,7 +27,7 @@ protected:
     OvGsRelativeDistance* newLine(const QString& aTypeName, const QString& aLineName) override;
     QVariant storedGeometry(const OvGsRelativeDistance* aLine) const override;
     // A measured line takes the stored vector; a base keeps its own.
-    void applyStoredGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry) override;
+    void applyLineGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry) override;
     bool storesVector(const OvGsRelativeDistance* aLine) const override;
     // The length in the panel's unit (stored unit for a stored line); a base
     // reads "base".

@@ -16,25 +16,6 @@ const int kParalellType = 66659;
 const int kParallelVariant = 3;
 const QPointF kClickVector(15.0, -15.0);
 
-OvGsManipFrame::Kind paralellKind()
-{
-    OvGsManipFrame::Kind kind;
-    kind.context = "OvGsManipParalell";
-    kind.objectType = kParalellType;
-    kind.typeName = QT_TRANSLATE_NOOP("OvGsManipParalell", "P_DST");
-    kind.valueNames = { QT_TRANSLATE_NOOP("OvGsManipParalell", "Length") };
-    kind.geometryKey = "len";
-    kind.geometryType = QMetaType::QPoint;
-    kind.drawButton = OvGsManipFrame::DistanceButton;
-    kind.freehandTypes = 1u << kParallelVariant;
-    kind.units = { 0, 1, 2, 5, 3, 4, 6, 7, 8 };
-    kind.removalSignal = SIGNAL(signalObjectBeforeRemove(const int, const int));
-    kind.removalSlot = SLOT(slotObjectBeforeRemoveInKernel(int, int));
-    kind.followsMediaAndTool = false;
-    kind.noUnitIsAuto = true;
-    return kind;
-}
-
 // Marks the label text for translation in this class's context.
 const char* const kBaseText = QT_TRANSLATE_NOOP("OvGsManipParalell", "base");
 
@@ -43,7 +24,10 @@ const char* const kBaseText = QT_TRANSLATE_NOOP("OvGsManipParalell", "base");
 int OvGsManipParalell::theCount = 0;
 
 OvGsManipParalell::OvGsManipParalell(OvToolBase* aToolBase, OvGuiMeasurementTool* aPanel, QUndoStack* anUndoStack)
-    : OvGsManipRelative(aToolBase, aPanel, anUndoStack, paralellKind(), "Paralell_Line_%1", theCount,
+    : OvGsManipRelative(aToolBase, aPanel, anUndoStack,
+                        relativeKind("OvGsManipParalell", kParalellType, QT_TRANSLATE_NOOP("OvGsManipParalell", "P_DST"),
+                                     QT_TRANSLATE_NOOP("OvGsManipParalell", "Length"), QMetaType::QPoint, kParallelVariant),
+                        "Paralell_Line_%1", theCount,
                         QStringLiteral(":/tessilarresources/active-parallel-off.png"),
                         QStringLiteral(":/tessilarresources/active-parallel-on.png"))
 {
@@ -114,7 +98,7 @@ QVariant OvGsManipParalell::storedGeometry(const OvGsRelativeDistance* aLine) co
     return QPoint(findDistance(const_cast<OvGsRelativeDistance*>(aLine)), 0);
 }
 
-void OvGsManipParalell::applyStoredGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry)
+void OvGsManipParalell::applyLineGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry)
 {
     if (!aLine->isBase && takeBase(findBase(aLine->baseName))) {
         aLine->setVector(baseEnd - baseStart);

@@ -46,7 +46,7 @@ public:
 protected:
     OvGsRelativeDistance* newLine(const QString& aTypeName, const QString& aLineName) override;
     QVariant storedGeometry(const OvGsRelativeDistance* aLine) const override;
-    void applyStoredGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry) override;
+    void applyLineGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry) override;
     bool storesVector(const OvGsRelativeDistance* aLine) const override;
     void showLineValue(OvGsRelativeDistance* aLine, int anIdx, const QString& aValueName) override;
     void lineLeaving(OvGsRelativeDistance* aLine, const KxKernelObjectData* aData) override;

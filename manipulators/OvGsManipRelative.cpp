@@ -102,6 +102,21 @@ void OvGsManipRelative::initManipulatorDone()
         KxAppSettings::setValue(QString::fromLatin1(kKeyDistanceAllowedAsBase), distanceAllowedAsBase);
 }
 
+OvGsManipFrame::Kind OvGsManipRelative::relativeKind(const char* aContext, int anObjectType, const char* aTypeName,
+                                                     const char* aValueName, QMetaType::Type aGeometryType,
+                                                     int aVariant)
+{
+    Kind kind = standardKind(aContext, anObjectType, aTypeName, { aValueName }, "len", aGeometryType, DistanceButton);
+    kind.freehandTypes = 1u << aVariant;
+    // The distance button's slot is the plain distance's.
+    kind.drawButtonSlot = nullptr;
+    kind.removalSignal = SIGNAL(signalObjectBeforeRemove(const int, const int));
+    kind.removalSlot = SLOT(slotObjectBeforeRemoveInKernel(int, int));
+    kind.followsMediaAndTool = false;
+    kind.noUnitIsAuto = true;
+    return kind;
+}
+
 void OvGsManipRelative::initRelative()
 {
     distanceAllowedAsBase = KxAppSettings::value(QString::fromLatin1(kKeyDistanceAllowedAsBase), QVariant()).toBool();
@@ -316,22 +331,11 @@ void OvGsManipRelative::deactivate()
 
 OvGsRelativeDistance* OvGsManipRelative::createInProgressLine(const QString& aBaseName)
 {
-    QString stepText;
-    const double step = getCalibrationStep(stepText);
-    const QString typeName = getObjectTypeName(0);
-    OvGuiMeasurementTool* panel = getPanel();
-
-    OvGsRelativeDistance* item = newLine(typeName, QString::fromLatin1(linePattern).arg(counter++));
+    OvGsRelativeDistance* item = newLine(getObjectTypeName(0), QString::fromLatin1(linePattern).arg(counter++));
     item->manipulator = this;
     item->isBase = creatingBase;
     item->baseName = aBaseName;
-    item->setName(typeName);
-    item->setLabelVisible(true);
-    item->setColor(panel->getColor());
-    item->setPenStyle(Qt::SolidLine, panel->getLineWidth());
-    item->setLabelFontPixSize(panel->getFontSize());
-    item->setStep(step, stepText);
-    item->adjustScale(editor->scale());
+    dressNewItem(item, Qt::SolidLine);
     item->setPos(startPoint);
     item->setVector(endPoint - startPoint);
     item->setLabelPos(QPointF(10.0, -10.0));
@@ -461,10 +465,7 @@ void OvGsManipRelative::finalizeDistance()
     OvGsRelativeDistance* item = inProgress;
     if (!item)
         return;
-    const int index = getNextObjectIndex();
-    gsObjectMap.insert(index, item);
-    item->setName(getItemName(index));
-    item->allowTrashVisible(true);
+    const int index = adoptFinishedItem(item);
     item->allowActiveVisible(creatingBase, activeOff, activeOn);
     if (creatingBase) {
         item->makeAllActiveGray();
@@ -558,26 +559,20 @@ void OvGsManipRelative::objectCreatedInKernel(int aType, int anIdx, const KxKern
 {
     if (aType != kind.objectType || !aData || gsObjectMap.contains(anIdx))
         return;
-    const KxParamKeyframeVector keyframes = aData->getDefaultKeyframes();
-    const KxKernelObjectDataDescr* descr = getDescriptor();
-    QString stepText;
-    const double step = getCalibrationStep(stepText);
-
     OvGsRelativeDistance* item = newLine(QString(), QString::fromLatin1(linePattern).arg(counter++));
     item->manipulator = this;
-    item->setName(getItemName(anIdx));
-    item->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
-    item->setPos(keyframeValue(keyframes, 3).toPoint() - getViewOrigin());
-    item->setVisible(keyframeValue(keyframes, 0).toBool());
-    item->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
     lineRestored(item, aData);
-    applyStoredGeometry(item, descr->getValue(keyframes, QString::fromLatin1(kind.geometryKey)));
-    item->setPenStyle(Qt::SolidLine, descr->getValue(keyframes, QStringLiteral("w")).toInt());
-    item->setStep(step, stepText);
-    item->setLabelFontPixSize(descr->getValue(keyframes, QStringLiteral("fs")).toInt());
-    item->adjustScale(editor->scale());
+    dressStoredItem(item, anIdx, aData->getDefaultKeyframes());
     gsObjectMap.insert(anIdx, item);
     editor->update();
+}
+
+void OvGsManipRelative::applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,
+                                            const QPoint& anOrigin)
+{
+    auto* line = static_cast<OvGsRelativeDistance*>(anItem);
+    line->setPos(keyframeValue(aKeyframes, 3).toPoint() - anOrigin);
+    applyLineGeometry(line, getDescriptor()->getValue(aKeyframes, QString::fromLatin1(kind.geometryKey)));
 }
 
 void OvGsManipRelative::objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
@@ -587,14 +582,7 @@ void OvGsManipRelative::objectChangedInKernel(int aType, int anIdx, const KxKern
         // Undo and redo bring the stored state back to the item first.
         if (KxGsObject* obj = gsObjectMap.value(anIdx)) {
             auto* line = static_cast<OvGsRelativeDistance*>(obj);
-            const KxParamKeyframeVector keyframes = aData->getKeyframesAt(kernelData->getCurrentFrame());
-            line->setPos(keyframeValue(keyframes, 3).toPoint() - getViewOrigin());
-            applyStoredGeometry(line, getDescriptor()->getValue(keyframes, QString::fromLatin1(kind.geometryKey)));
-            line->setVisible(keyframeValue(keyframes, 0).toBool());
-            line->setAlwaysHidden(keyframeValue(keyframes, 4).toBool());
-            line->setColor(colorFromVariant(keyframeValue(keyframes, 1)));
-            updateDisplayValue(line, keyframeValue(keyframes, 2).toString(), true, true);
-            line->ensureLabelVisible();
+            showStoredState(line, aData->getKeyframesAt(kernelData->getCurrentFrame()));
             if (line->isBase)
                 writtenBaseVectors.insert(line, line->vector);
             if (current == line)
@@ -629,27 +617,8 @@ void OvGsManipRelative::objectChangedInKernel(int aType, int anIdx, const KxKern
 
 void OvGsManipRelative::recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce)
 {
-    const KxKernelObjectDataDescr* descr = getDescriptor();
-    const QString geometryKey = QString::fromLatin1(kind.geometryKey);
-    const QMap<int, KxKernelObjectData*> objects = kernelData->getObjectsOfType(kind.objectType);
     const BaseLookup lookup(this);
-    for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
-        if (!it.value()->animated && !aForce)
-            continue;
-        KxGsObject* obj = gsObjectMap.value(it.key());
-        if (!obj)
-            continue;
-        auto* line = static_cast<OvGsRelativeDistance*>(obj);
-        const KxParamKeyframeVector keyframes = it.value()->getKeyframesAt(aFrame);
-        line->setPos(keyframeValue(keyframes, 3).toPoint() - anOrigin);
-        applyStoredGeometry(line, descr->getValue(keyframes, geometryKey));
-        const QString name = keyframeValue(keyframes, 2).toString();
-        showLineValue(line, it.key(), name);
-        line->setDisplayedValueName(name);
-        line->update();
-        line->ensureLabelVisible();
-    }
-    editor->update();
+    OvGsManipFrame::recreateGraphicsObjects(anOrigin, aFrame, aForce);
 }
 
 void OvGsManipRelative::rescaleItems(double aFactor)

@@ -59,8 +59,8 @@ public:
     void mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent) override;
     // Over an active button the magnifier hides.
     void hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent) override;
-    // Position and stored geometry at aFrame for animated objects (all with
-    // aForce); measured lines are not placed on their bases again here.
+    // The frame's, with one scan of the editor for bases: measured lines are
+    // not placed on their bases again here.
     void recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce) override;
     // Writes a dragged line back; for a base, then every measured line.
     void gsObjectChangedShape(KxGsObject* anObj) override;
@@ -104,13 +104,20 @@ protected:
     // Reads "DistanceAllowedAsBase" and follows its changes; call right after
     // initFrame().
     void initRelative();
+    // The record of a kind of this family: one value name, geometry "len" of
+    // aGeometryType, the distance button under free-hand variant aVariant, the
+    // length units, removal before the object leaves the store, no media or
+    // tool following, and no unit read as automatic. The texts are marked
+    // with QT_TRANSLATE_NOOP(aContext, ...) by the caller.
+    static Kind relativeKind(const char* aContext, int anObjectType, const char* aTypeName, const char* aValueName,
+                             QMetaType::Type aGeometryType, int aVariant);
 
     // A new item of this kind.
     virtual OvGsRelativeDistance* newLine(const QString& aTypeName, const QString& aLineName) = 0;
     // The "len" stored for aLine as it stands.
     virtual QVariant storedGeometry(const OvGsRelativeDistance* aLine) const = 0;
     // Gives an item the geometry of a stored "len" (its position already set).
-    virtual void applyStoredGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry) = 0;
+    virtual void applyLineGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry) = 0;
     // Whether the store holds aLine's vector; others are scaled on the item
     // after a camera resolution change.
     virtual bool storesVector(const OvGsRelativeDistance* aLine) const = 0;
@@ -139,6 +146,9 @@ protected:
     void hoverMoveInProgress(QGraphicsSceneHoverEvent* anEvent) override;
     void objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) override;
     void objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) override;
+    // The start in whole pixels, then applyLineGeometry().
+    void applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,
+                             const QPoint& anOrigin) override;
     void rescaleItems(double aFactor) override;
     Measure measureItem(const QString& aName, const KxGsObject* anItem) const override;
     Measure measureKeyframes(const QString& aName, const KxParamKeyframeVector& aKeyframes) const override;

@@ -17,13 +17,6 @@ const double kParallelTolerance = 0.0001;
 // overflow whole-pixel positions.
 const double kMaxVertexOffset = 1.0e9;
 
-bool crossesDiagonals(const QPointF& aFrom, const QPointF& aTo, const QRectF& aRect)
-{
-    QPointF crossing;
-    return KxGsObject::linesIntersect(aFrom, aTo, aRect.topLeft(), aRect.bottomRight(), crossing)
-        || KxGsObject::linesIntersect(aFrom, aTo, aRect.topRight(), aRect.bottomLeft(), crossing);
-}
-
 // Direction of aVector in Qt's arc degrees (counter-clockwise on screen), 0 to 360.
 double screenDegrees(const QPointF& aVector)
 {
@@ -325,22 +318,13 @@ void OvGsAngle::setFinalShape()
 
 bool OvGsAngle::isPointOnNode(const QPointF& aPoint, int& anIndex, int aTol) const
 {
-    anIndex = -1;
-    const QRectF probe = probeRect(aPoint, aTol);
-    for (int i = 0; i < nodes.size(); ++i) {
-        if (probe.intersects(nodeRect(nodes.at(i)))) {
-            anIndex = i;
-            return true;
-        }
-    }
-    return false;
+    anIndex = nodeAt(nodes, nodes.size(), aPoint, aTol);
+    return anIndex >= 0;
 }
 
 int OvGsAngle::handleAt(const QPointF& aPoint, int aTol) const
 {
-    int index = -1;
-    isPointOnNode(aPoint, index, aTol);
-    return index;
+    return nodeAt(nodes, nodes.size(), aPoint, aTol);
 }
 
 bool OvGsAngle::isPointOnBody(const QPointF& aPoint, int aTol) const

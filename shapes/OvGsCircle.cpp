@@ -184,12 +184,7 @@ void OvGsCircle::recalcGeometry()
     setPos(pos() + centre);
     for (QPointF& node : nodes)
         node -= centre;
-    const QPointF& first = nodes.at(0);
-    radius = qSqrt(QPointF::dotProduct(first, first));
-    setTrashPos(first + trashOffset);
-    setLabelAnchor(first);
-    setLabelPos(first + labelOffset);
-    ensureLabelVisible();
+    followFirstNode(labelOffset);
     update();
 }
 
@@ -199,36 +194,30 @@ void OvGsCircle::setCentredNodes(const QVector<QPointF>& aNodes)
     const QPointF labelOffset = getLabelPos() - (nodes.isEmpty() ? QPointF(0.0, 0.0) : nodes.at(0));
     nodes = aNodes.mid(0, 3);
     radius = 0.0;
-    if (!nodes.isEmpty()) {
-        const QPointF& first = nodes.at(0);
-        radius = qSqrt(QPointF::dotProduct(first, first));
-        setTrashPos(first + trashOffset);
-        setLabelAnchor(first);
-        setLabelPos(first + labelOffset);
-        ensureLabelVisible();
-    }
+    if (!nodes.isEmpty())
+        followFirstNode(labelOffset);
     update();
+}
+
+void OvGsCircle::followFirstNode(const QPointF& aLabelOffset)
+{
+    const QPointF& first = nodes.at(0);
+    radius = qSqrt(QPointF::dotProduct(first, first));
+    setTrashPos(first + trashOffset);
+    setLabelAnchor(first);
+    setLabelPos(first + aLabelOffset);
+    ensureLabelVisible();
 }
 
 bool OvGsCircle::isPointOnNode(const QPointF& aPoint, int& anIndex, int aTol) const
 {
-    anIndex = -1;
-    const QRectF probe = probeRect(aPoint, aTol);
-    const int count = qMin(3, nodes.size());
-    for (int i = 0; i < count; ++i) {
-        if (probe.intersects(nodeRect(nodes.at(i)))) {
-            anIndex = i;
-            return true;
-        }
-    }
-    return false;
+    anIndex = nodeAt(nodes, 3, aPoint, aTol);
+    return anIndex >= 0;
 }
 
 int OvGsCircle::handleAt(const QPointF& aPoint, int aTol) const
 {
-    int index = -1;
-    isPointOnNode(aPoint, index, aTol);
-    return index;
+    return nodeAt(nodes, 3, aPoint, aTol);
 }
 
 void OvGsCircle::dragHandle(int aHandle, const QPointF& aPoint, const QPointF&)

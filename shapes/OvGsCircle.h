@@ -63,4 +63,9 @@ protected:
     // The node goes to the pointer and the circle is fitted again; node 0 carries the
     // label along.
     void dragHandle(int aHandle, const QPointF& aPoint, const QPointF& aDelta) override;
+
+private:
+    // Radius, trash button and label anchor follow node 0 (which must exist); the
+    // label keeps aLabelOffset from it inside the editor's area.
+    void followFirstNode(const QPointF& aLabelOffset);
 };

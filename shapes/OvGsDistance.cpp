@@ -7,17 +7,6 @@
 #include <QPainter>
 #include <QPen>
 
-namespace {
-
-bool crossesDiagonals(const QPointF& aFrom, const QPointF& aTo, const QRectF& aRect)
-{
-    QPointF crossing;
-    return KxGsObject::linesIntersect(aFrom, aTo, aRect.topLeft(), aRect.bottomRight(), crossing)
-        || KxGsObject::linesIntersect(aFrom, aTo, aRect.topRight(), aRect.bottomLeft(), crossing);
-}
-
-} // namespace
-
 OvGsDistance::OvGsDistance(KxGsManipulator* aManipulator, QGraphicsItem* aParent, const QString& aTypeName,
                            const QString& aLineName)
     : OvGsHandleShape(aManipulator, aParent, aTypeName)

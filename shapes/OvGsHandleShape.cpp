@@ -186,6 +186,23 @@ bool OvGsHandleShape::isUsableZoom(double aZoom)
     return aZoom > 0.0 && qIsFinite(aZoom);
 }
 
+bool OvGsHandleShape::crossesDiagonals(const QPointF& aFrom, const QPointF& aTo, const QRectF& aProbe)
+{
+    QPointF crossing;
+    return linesIntersect(aFrom, aTo, aProbe.topLeft(), aProbe.bottomRight(), crossing)
+        || linesIntersect(aFrom, aTo, aProbe.topRight(), aProbe.bottomLeft(), crossing);
+}
+
+int OvGsHandleShape::nodeAt(const QVector<QPointF>& aNodes, int aCount, const QPointF& aPoint, int aTol) const
+{
+    const QRectF probe = probeRect(aPoint, aTol);
+    for (int i = 0; i < aCount && i < aNodes.size(); ++i) {
+        if (probe.intersects(nodeRect(aNodes.at(i))))
+            return i;
+    }
+    return -1;
+}
+
 QRectF OvGsHandleShape::nodeRect(const QPointF& aCentre) const
 {
     return QRectF(aCentre - QPointF(nodeSize / 2.0, nodeSize / 2.0), QSizeF(nodeSize, nodeSize));

@@ -102,8 +102,14 @@ protected:
     // The square of side aTol around aPoint that hit tests probe with.
     static QRectF probeRect(const QPointF& aPoint, int aTol);
     static bool isUsableZoom(double aZoom);
+    // Whether the segment aFrom-aTo crosses a diagonal of aProbe: how lines
+    // are hit tested against a probeRect().
+    static bool crossesDiagonals(const QPointF& aFrom, const QPointF& aTo, const QRectF& aProbe);
     // The handle square centred on aCentre.
     QRectF nodeRect(const QPointF& aCentre) const;
+    // The first of the first aCount nodes whose handle square meets the
+    // probeRect() around aPoint, or -1.
+    int nodeAt(const QVector<QPointF>& aNodes, int aCount, const QPointF& aPoint, int aTol) const;
     QPointF pointerInParent(const QMouseEvent* anEvent) const;
     // Sets aPainter's antialiasing for the outline and returns the outline's pen: the
     // current pen while selected or current, dashed while reshaping unless solidEdit.
