@@ -428,21 +428,14 @@ private slots:
         QCOMPARE(item(kind, 1)->getLabelPos(), labelPos);
         QCOMPARE(shapeItems(), 1);
         QVERIFY(h->editor->getCurrentObject() != item(kind, 1));
-        h->stack->undo();
-        QCOMPARE(shapeItems(), 0);
-        h->kernel->getCurrentView()->setOrigin(QPoint());
-    }
-
-    void deleteAndUndo()
-    {
-        activate("form");
-        h->play(kSquareDrag);
+        // Deleted and brought back as it was.
+        h->editor->setCurrentObject(item(kind, 1), false);
         h->editor->deleteSelected();
-        QVERIFY(storedShapes("form").isEmpty());
-        QCOMPARE(h->stack->undoText(), QStringLiteral("Delete Free form 1"));
+        QVERIFY(storedShapes(kind).isEmpty());
+        QCOMPARE(h->stack->undoText(), QStringLiteral("Delete %1 1").arg(kind == "form" ? "Free form" : "LEN"));
         h->stack->undo();
-        QCOMPARE(itemState(item("form", 1)), QStringLiteral("66655 at 100,100: 0,0 100,0 100,100 0,100; "
-                                                             "#00b1fd w2 solid fs16 Free form1"));
+        QCOMPARE(itemState(item(kind, 1)), drawn);
+        h->kernel->getCurrentView()->setOrigin(QPoint());
     }
 
     void secondClickOnAnotherLabelFinishes()
