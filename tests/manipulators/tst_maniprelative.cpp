@@ -104,6 +104,13 @@ class tst_ManipRelative : public QObject
             h->play(click(at));
     }
 
+    static void addKindRows()
+    {
+        QTest::addColumn<int>("type");
+        QTest::newRow("multiple") << kMultiply;
+        QTest::newRow("parallel") << kParalell;
+    }
+
 private slots:
     void init()
     {
@@ -201,12 +208,7 @@ private slots:
         QVERIFY(!multiply->getInProgressLine());
     }
 
-    void activeButtonTogglesBase_data()
-    {
-        QTest::addColumn<int>("type");
-        QTest::newRow("multiple") << kMultiply;
-        QTest::newRow("parallel") << kParalell;
-    }
+    void activeButtonTogglesBase_data() { addKindRows(); }
 
     void activeButtonTogglesBase()
     {
@@ -283,12 +285,7 @@ private slots:
 
     // The store holds no base vector: the base's own change command brings its
     // whole shape back, and the lines placed on it follow.
-    void reshapedBaseComesBackWhole_data()
-    {
-        QTest::addColumn<int>("type");
-        QTest::newRow("multiple") << kMultiply;
-        QTest::newRow("parallel") << kParalell;
-    }
+    void reshapedBaseComesBackWhole_data() { addKindRows(); }
 
     void reshapedBaseComesBackWhole()
     {
@@ -307,12 +304,7 @@ private slots:
         QCOMPARE((QStringList{ state(type, 1), state(type, 2) }), after);
     }
 
-    void removingBaseRemovesItsLines_data()
-    {
-        QTest::addColumn<int>("type");
-        QTest::newRow("multiple") << kMultiply;
-        QTest::newRow("parallel") << kParalell;
-    }
+    void removingBaseRemovesItsLines_data() { addKindRows(); }
 
     void removingBaseRemovesItsLines()
     {
