@@ -25,6 +25,16 @@ OvGsRelativeDistance* makeLine(ShapeScene& anEnv, int aType)
     return new OvGsParalellDistance(anEnv.manipulator, anEnv.editor, QStringLiteral("P_DST"), QStringLiteral("l"));
 }
 
+// The line from (100, 120) to (160, 80).
+OvGsRelativeDistance* lineAt(ShapeScene& anEnv, int aType, bool aBase)
+{
+    OvGsRelativeDistance* item = makeLine(anEnv, aType);
+    item->isBase = aBase;
+    item->setPos(100, 120);
+    item->setVector(QPointF(60, -40));
+    return item;
+}
+
 } // namespace
 
 class tst_RelativeDistance : public QObject
@@ -57,10 +67,7 @@ private slots:
     {
         QFETCH(RelativeDrag, drag);
         ShapeScene env;
-        OvGsRelativeDistance* item = makeLine(env, drag.type);
-        item->isBase = drag.base;
-        item->setPos(100, 120);
-        item->setVector(QPointF(60, -40));
+        OvGsRelativeDistance* item = lineAt(env, drag.type, drag.base);
         env.manipulator->store(item);
         env.editor->setZoom(drag.zoom);
         env.editor->setCurrentObject(nullptr, false);
@@ -83,10 +90,7 @@ private slots:
     void activeButtonPressIsLeftToTheManipulator()
     {
         ShapeScene env;
-        OvGsRelativeDistance* item = makeLine(env, OvGsMultiplyDistance::Type);
-        item->isBase = true;
-        item->setPos(100, 120);
-        item->setVector(QPointF(60, -40));
+        OvGsRelativeDistance* item = lineAt(env, OvGsMultiplyDistance::Type, true);
         item->setUseActiveButton(true);
         item->allowActiveVisible(true);
         env.manipulator->store(item);
