@@ -29,15 +29,6 @@ OvGsAngle* placed(OvGsAngle* anAngle, const Points& aPoints, bool anInner = true
     return anAngle;
 }
 
-// The finished right angle, its label out of the way.
-OvGsAngle* finishedRightAngle(ShapeScene& anEnv, KxGsManipulator* aManipulator = nullptr)
-{
-    OvGsAngle* angle = placed(new OvGsAngle(aManipulator, anEnv.editor, QString()), kRightAngle);
-    angle->setFinalShape();
-    angle->setLabelPos(QPointF(-150, -150));
-    return angle;
-}
-
 bool near(const QPointF& a, const QPointF& b, double aTolerance = 1e-3)
 {
     return qAbs(a.x() - b.x()) < aTolerance && qAbs(a.y() - b.y()) < aTolerance;
@@ -183,7 +174,8 @@ private slots:
         QFETCH(double, zoom);
         QFETCH(double, used);
         ShapeScene env;
-        OvGsAngle* angle = finishedRightAngle(env);
+        OvGsAngle* angle = placed(new OvGsAngle(nullptr, env.editor, QString()), kRightAngle);
+        angle->setFinalShape();
         angle->adjustScale(zoom);
         QCOMPARE((QVector<double>{angle->selSize, angle->nodeSize, angle->penScale, angle->trashOffset.x(),
                                   angle->arcRadius}),
@@ -215,7 +207,9 @@ private slots:
         QFETCH(int, node);
         QFETCH(bool, onObject);
         ShapeScene env;
-        OvGsAngle* angle = finishedRightAngle(env);
+        OvGsAngle* angle = placed(new OvGsAngle(nullptr, env.editor, QString()), kRightAngle);
+        angle->setFinalShape();
+        angle->setLabelPos(QPointF(-150, -150));
         int found = 42;
         QCOMPARE(angle->isPointOnNode(point, found, 8), node >= 0);
         QCOMPARE(found, node);
@@ -241,7 +235,9 @@ private slots:
     {
         QFETCH(AngleDrag, drag);
         ShapeScene env;
-        OvGsAngle* angle = finishedRightAngle(env, env.manipulator);
+        OvGsAngle* angle = placed(new OvGsAngle(env.manipulator, env.editor, QString()), kRightAngle);
+        angle->setFinalShape();
+        angle->setLabelPos(QPointF(-150, -150));
         env.manipulator->store(angle);
         env.editor->setCurrentObject(angle, false);
 

@@ -25,16 +25,6 @@ OvGsRelativeDistance* makeLine(ShapeScene& anEnv, int aType)
     return new OvGsParalellDistance(anEnv.manipulator, anEnv.editor, QStringLiteral("P_DST"), QStringLiteral("l"));
 }
 
-// The line from (100, 120) to (160, 80).
-OvGsRelativeDistance* lineAt(ShapeScene& anEnv, int aType, bool aBase)
-{
-    OvGsRelativeDistance* item = makeLine(anEnv, aType);
-    item->isBase = aBase;
-    item->setPos(100, 120);
-    item->setVector(QPointF(60, -40));
-    return item;
-}
-
 } // namespace
 
 class tst_RelativeDistance : public QObject
@@ -67,7 +57,10 @@ private slots:
     {
         QFETCH(RelativeDrag, drag);
         ShapeScene env;
-        OvGsRelativeDistance* item = lineAt(env, drag.type, drag.base);
+        OvGsRelativeDistance* item = makeLine(env, drag.type);
+        item->isBase = drag.base;
+        item->setPos(100, 120);
+        item->setVector(QPointF(60, -40));
         env.manipulator->store(item);
         env.editor->setZoom(drag.zoom);
         env.editor->setCurrentObject(nullptr, false);
@@ -90,7 +83,10 @@ private slots:
     void activeButtonPressIsLeftToTheManipulator()
     {
         ShapeScene env;
-        OvGsRelativeDistance* item = lineAt(env, OvGsMultiplyDistance::Type, true);
+        OvGsRelativeDistance* item = makeLine(env, OvGsMultiplyDistance::Type);
+        item->isBase = true;
+        item->setPos(100, 120);
+        item->setVector(QPointF(60, -40));
         item->setUseActiveButton(true);
         item->allowActiveVisible(true);
         env.manipulator->store(item);
