@@ -93,21 +93,6 @@ private:
         QCOMPARE(stack()->count(), 0);
     }
 
-    double fitZoom() const
-    {
-        return std::min(view()->viewport()->width() / 1280.0, view()->viewport()->height() / 960.0);
-    }
-
-    // Distance lines drawn with the tool, each "x1 y1 x2 y2"; the tool stays chosen.
-    bool drawLines(const QList<QLine>& aLines)
-    {
-        QString script = QStringLiteral("tool distance\n");
-        for (const QLine& line : aLines)
-            script += QStringLiteral("press %1 %2\nmove %3 %4\nrelease %3 %4\n")
-                          .arg(line.x1()).arg(line.y1()).arg(line.x2()).arg(line.y2());
-        return run(script);
-    }
-
     QPoint toViewport(const QPointF& aPicturePoint) const
     {
         return view()->mapFromScene(editor()->mapToScene(aPicturePoint));
@@ -216,7 +201,7 @@ private Q_SLOTS:
     void pictureIsFittedOnceTheWindowHasItsSize()
     {
         const QSize port = view()->viewport()->size();
-        const double fit = fitZoom();
+        const double fit = std::min(port.width() / 1280.0, port.height() / 960.0);
         QVERIFY2(qAbs(editor()->getZoom() - fit) < 1e-9,
                  qPrintable(QStringLiteral("zoom %1, fit %2").arg(editor()->getZoom()).arg(fit)));
         // A 1280 x 960 picture in a window of a normal size is not a stamp.
@@ -234,7 +219,8 @@ private Q_SLOTS:
         const QSize before = window->size();
         window->resize(before - QSize(200, 150));
         QApplication::processEvents();
-        QCOMPARE(editor()->getZoom(), fitZoom());
+        const QSize port = view()->viewport()->size();
+        QCOMPARE(editor()->getZoom(), std::min(port.width() / 1280.0, port.height() / 960.0));
         window->slotZoomIn();
         const double zoomed = editor()->getZoom();
         window->resize(before);
@@ -243,7 +229,8 @@ private Q_SLOTS:
         // Opening again fits again.
         freshStart(false);
         QVERIFY(window->isFitMode());
-        QCOMPARE(editor()->getZoom(), fitZoom());
+        QCOMPARE(editor()->getZoom(), std::min(view()->viewport()->width() / 1280.0,
+                                               view()->viewport()->height() / 960.0));
     }
 
     void zoomBelowOneSixteenthBlocksTheTool_data()
@@ -261,7 +248,7 @@ private Q_SLOTS:
         freshStart();
         editor()->setZoom(zoom);
         QCOMPARE(window->measurementTool()->isEnabled(), enabled);
-        const bool drawn = drawLines({ { 100, 100, 600, 100 } });
+        const bool drawn = run(QStringLiteral("tool distance\npress 100 100\nmove 600 100\nrelease 600 100"));
         QCOMPARE(drawn, enabled);
         QCOMPARE(storedDistances(), enabled ? 1 : 0);
         editor()->setZoom(1.0);
@@ -365,7 +352,10 @@ private Q_SLOTS:
         QFETCH(QString, control);
         QFETCH(int, selected);
         freshStart();
-        QVERIFY(drawLines({ { 100, 100, 300, 100 }, { 100, 200, 300, 200 }, { 100, 300, 300, 300 } }));
+        QVERIFY(run(QStringLiteral("tool distance\n"
+                                   "press 100 100\nmove 300 100\nrelease 300 100\n"
+                                   "press 100 200\nmove 300 200\nrelease 300 200\n"
+                                   "press 100 300\nmove 300 300\nrelease 300 300\n")));
         QCOMPARE(stack()->count(), 3);
         if (selected == 3)
             editor()->selectAll();
@@ -403,7 +393,7 @@ private Q_SLOTS:
     void colourPickIsOneUndoStep()
     {
         freshStart();
-        QVERIFY(drawLines({ { 100, 100, 300, 100 } }));
+        QVERIFY(run(QStringLiteral("tool distance\npress 100 100\nmove 300 100\nrelease 300 100\n")));
         QColorDialog* dialog = nullptr;
         for (QWidget* widget : QApplication::topLevelWidgets())
             dialog = dialog ? dialog : qobject_cast<QColorDialog*>(widget);
@@ -421,7 +411,7 @@ private Q_SLOTS:
     void pressWithoutChangeOrDefaultsEditLeavesNoStep()
     {
         freshStart();
-        QVERIFY(drawLines({ { 100, 100, 300, 100 } }));
+        QVERIFY(run(QStringLiteral("tool distance\npress 100 100\nmove 300 100\nrelease 300 100\n")));
         auto* slider = window->findChild<QSlider*>(QStringLiteral("theSLWidth"));
         dragSlider(slider, 0);
         QCOMPARE(stack()->count(), 1);
@@ -439,8 +429,11 @@ private Q_SLOTS:
     void multiSelection()
     {
         freshStart();
-        QVERIFY(drawLines({ { 100, 100, 300, 100 }, { 100, 200, 300, 200 }, { 500, 400, 700, 400 } }));
-        QVERIFY(run(QStringLiteral("tool none\nselect none")));
+        QVERIFY(run(QStringLiteral("tool distance\n"
+                                   "press 100 100\nmove 300 100\nrelease 300 100\n"
+                                   "press 100 200\nmove 300 200\nrelease 300 200\n"
+                                   "press 500 400\nmove 700 400\nrelease 700 400\n"
+                                   "tool none\nselect none\n")));
         QVERIFY(!window->deleteAction()->isEnabled());
         QVERIFY(editor()->getSelectedObjects().isEmpty());
 
@@ -519,7 +512,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, buttonHeld);
         freshStart();
-        QVERIFY(drawLines({ { 100, 100, 300, 100 } }));
+        QVERIFY(run(QStringLiteral("tool distance\npress 100 100\nmove 300 100\nrelease 300 100\n")));
         const int items = editor()->getAllChildGsObjects().size();
         if (buttonHeld) {
             mouse(QEvent::MouseButtonPress, toViewport(QPointF(100, 400)), Qt::LeftButton, Qt::LeftButton);
@@ -613,7 +606,8 @@ private Q_SLOTS:
         QFETCH(double, zoom);
         freshStart();
         editor()->setZoom(zoom);
-        QVERIFY(drawLines({ QLine(from.toPoint(), to.toPoint()) }));
+        QVERIFY(run(QStringLiteral("tool distance\npress %1 %2\nmove %3 %4\nrelease %3 %4\n")
+                        .arg(from.x()).arg(from.y()).arg(to.x()).arg(to.y())));
         OvGsObject* line = distance(1);
         QVERIFY(line);
         QVERIFY(line->isLabelVisible());
