@@ -134,21 +134,27 @@ private slots:
 
     void undoRedoCreation_data()
     {
+        QTest::addColumn<bool>("radiusMode");
         QTest::addColumn<QString>("script");
         QTest::addColumn<QString>("state");
-        QTest::newRow("three clicks") << kThreeClicks
+        QTest::newRow("three clicks") << true << kThreeClicks
                                       << "stored 140,101 [-40,-1 -10,39 40,-1] Radius; "
                                          "item 140,101 [-40,-1 -10,39 40,-1] r40.01 Circle1";
+        QTest::newRow("diameter comes back as diameter") << false << kThreeClicks
+                                      << "stored 140,101 [-40,-1 -10,39 40,-1] Diameter; "
+                                         "item 140,101 [-40,-1 -10,39 40,-1] r40.01 Circle1";
         // No fit finds this circle again from its nodes: it comes back as stored.
-        QTest::newRow("horizontal diameter") << "p100,100 m160,100 r160,100 h130,150 p130,150 r130,150"
+        QTest::newRow("horizontal diameter") << true << "p100,100 m160,100 r160,100 h130,150 p130,150 r130,150"
                                              << "stored 130,100 [-30,0 30,0 0,50] Radius; "
                                                 "item 130,100 [-30,0 30,0 0,50] r30.00 Circle1";
     }
 
     void undoRedoCreation()
     {
+        QFETCH(bool, radiusMode);
         QFETCH(QString, script);
         QFETCH(QString, state);
+        h->panel->radiusMode = radiusMode;
         h->panel->setColor(QColor(Qt::red));
         h->panel->setLineWidth(4);
         h->play(script);
@@ -157,7 +163,7 @@ private slots:
         QCOMPARE(circleState(1), state);
         OvGsCircle* drawn = item(1);
         const QVariantList style{ drawn->getColor(), drawn->penWidth, drawn->getLabelFontPixSize(), drawn->radiusMode };
-        QCOMPARE(style, (QVariantList{ QColor(Qt::red), 4, 16, true }));
+        QCOMPARE(style, (QVariantList{ QColor(Qt::red), 4, 16, radiusMode }));
         QCOMPARE(storedParam(1, "w").toInt(), 4);
 
         QSignalSpy indexSpy(h->stack, &QUndoStack::indexChanged);
@@ -172,17 +178,6 @@ private slots:
         QCOMPARE((QVariantList{ rebuilt->getColor(), rebuilt->penWidth, rebuilt->getLabelFontPixSize(),
                                 rebuilt->radiusMode }), style);
         QCOMPARE(circleItems(), QList<OvGsCircle*>{rebuilt});
-    }
-
-    void diameterComesBackAsDiameter()
-    {
-        h->panel->radiusMode = false;
-        h->play(kThreeClicks);
-        h->stack->undo();
-        h->stack->redo();
-        QVERIFY(!item(1)->radiusMode);
-        QString unit;
-        QCOMPARE(circles->getCalculatedValue("Diameter", item(1), unit).toDouble(), 2 * item(1)->radius * 0.5);
     }
 
     void undoRedoReshape()
@@ -203,25 +198,13 @@ private slots:
         QCOMPARE(circleState(1), after);
     }
 
-    void resolutionChange_data()
+    void resolutionChangeHalves()
     {
-        QTest::addColumn<QSize>("oldSize");
-        QTest::addColumn<QSize>("newSize");
-        QTest::addColumn<QString>("state");
-        QTest::newRow("halved") << QSize(1280, 960) << QSize(640, 480)
-                                << "stored 70,51 [-20,-0.5 -5,19.5 20,-0.5] Radius; "
-                                   "item 70,51 [-20,-0.5 -5,19.5 20,-0.5] r20.01 Circle1";
-    }
-
-    void resolutionChange()
-    {
-        QFETCH(QSize, oldSize);
-        QFETCH(QSize, newSize);
-        QFETCH(QString, state);
         h->play(kThreeClicks);
-        h->kernel->setCurrentImageSize(oldSize);
-        h->kernel->changeCameraResolution(newSize);
-        QCOMPARE(circleState(1), state);
+        h->kernel->setCurrentImageSize(QSize(1280, 960));
+        h->kernel->changeCameraResolution(QSize(640, 480));
+        QCOMPARE(circleState(1), QStringLiteral("stored 70,51 [-20,-0.5 -5,19.5 20,-0.5] Radius; "
+                                                "item 70,51 [-20,-0.5 -5,19.5 20,-0.5] r20.01 Circle1"));
         // Not a user's change: nothing to undo.
         QCOMPARE(h->stack->count(), 1);
     }

@@ -127,6 +127,13 @@ class tst_ManipFreeForm : public QObject
                                            new KxKernelObjectData(values, descr(aType)->getKeyframeTypes(), false)));
     }
 
+    static void addKindRows()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::newRow("free form") << "form";
+        QTest::newRow("free line") << "line";
+    }
+
 private slots:
     void init()
     {
@@ -387,18 +394,13 @@ private slots:
         QCOMPARE(storedParam(kFormType, 4, "nodes"), nodes);
     }
 
-    void undoRedo_data()
-    {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<QString>("drawn");
-        QTest::newRow("free form") << "form" << "66655 at 100,100: 0,0 100,0 100,100 0,100; #ff0000 w4 solid fs20 Free form1";
-        QTest::newRow("free line") << "line" << "66755 at 100,100: 0,0 100,0 100,100 0,100; #ff0000 w4 solid fs20 LEN1";
-    }
+    void undoRedo_data() { addKindRows(); }
 
     void undoRedo()
     {
         QFETCH(QString, kind);
-        QFETCH(QString, drawn);
+        const QString drawn = QStringLiteral("%1 at 100,100: 0,0 100,0 100,100 0,100; #ff0000 w4 solid fs20 %2")
+                                  .arg(typeOf(kind)).arg(kind == "form" ? "Free form1" : "LEN1");
         h->panel->setLineWidth(4);
         h->panel->setFontSize(20);
         h->panel->setColor(QColor(Qt::red));
@@ -428,21 +430,14 @@ private slots:
         QCOMPARE(item(kind, 1)->getLabelPos(), labelPos);
         QCOMPARE(shapeItems(), 1);
         QVERIFY(h->editor->getCurrentObject() != item(kind, 1));
-        h->stack->undo();
-        QCOMPARE(shapeItems(), 0);
-        h->kernel->getCurrentView()->setOrigin(QPoint());
-    }
-
-    void deleteAndUndo()
-    {
-        activate("form");
-        h->play(kSquareDrag);
+        // Deleted and brought back as it was.
+        h->editor->setCurrentObject(item(kind, 1), false);
         h->editor->deleteSelected();
-        QVERIFY(storedShapes("form").isEmpty());
-        QCOMPARE(h->stack->undoText(), QStringLiteral("Delete Free form 1"));
+        QVERIFY(storedShapes(kind).isEmpty());
+        QCOMPARE(h->stack->undoText(), QStringLiteral("Delete %1 1").arg(kind == "form" ? "Free form" : "LEN"));
         h->stack->undo();
-        QCOMPARE(itemState(item("form", 1)), QStringLiteral("66655 at 100,100: 0,0 100,0 100,100 0,100; "
-                                                             "#00b1fd w2 solid fs16 Free form1"));
+        QCOMPARE(itemState(item(kind, 1)), drawn);
+        h->kernel->getCurrentView()->setOrigin(QPoint());
     }
 
     void secondClickOnAnotherLabelFinishes()
@@ -529,12 +524,7 @@ private slots:
         h->kernel->getMediaInfo().setVideoFile(false);
     }
 
-    void deactivateWhileDrawingDiscardsShape_data()
-    {
-        QTest::addColumn<QString>("kind");
-        QTest::newRow("free form") << "form";
-        QTest::newRow("free line") << "line";
-    }
+    void deactivateWhileDrawingDiscardsShape_data() { addKindRows(); }
 
     void deactivateWhileDrawingDiscardsShape()
     {

@@ -26,21 +26,11 @@ class tst_freeform : public QObject
     Q_OBJECT
 
 private slots:
-    void typeFollowsClosed()
-    {
-        OvGsFreeForm item(nullptr, nullptr, QString());
-        // A free form being drawn is open: of the free-line type.
-        QCOMPARE(item.type(), 66755);
-        item.setClosed(true);
-        QCOMPARE(item.type(), 66655);
-        QVERIFY(item.isClosed());
-        item.setClosed(false);
-        QCOMPARE(item.type(), 66755);
-    }
-
     void addNode()
     {
         OvGsFreeForm item(nullptr, nullptr, QString());
+        // A free form being drawn is open: of the free-line type until closed.
+        QCOMPARE(item.type(), 66755);
         QCOMPARE(item.boundingRect(), QRectF());
         QVERIFY(item.boundingRect().isNull());
         item.addNode(QPointF(40, 30));
@@ -61,6 +51,10 @@ private slots:
         // Not moved through the editor.
         item.moveObjectBy(QPointF(7, 7));
         QCOMPARE(item.pos(), QPointF(40, 30));
+        item.setClosed(true);
+        QCOMPARE(item.type(), 66655);
+        item.setClosed(false);
+        QCOMPARE(item.type(), 66755);
     }
 
     void hitTest_data()
