@@ -10,6 +10,7 @@
 #include "OvCalibrationLineManipulator.h"
 #include "OvCalibrationPage.h"
 #include "OvFrameBar.h"
+#include "OvHistoryView.h"
 #include "OvLineCalibrationDialog.h"
 #include "OvMeasurementFile.h"
 #include "OvNamedCalibrations.h"
@@ -47,7 +48,6 @@
 #include <QTextStream>
 #include <QToolBar>
 #include <QUndoStack>
-#include <QUndoView>
 
 #include <cmath>
 
@@ -69,7 +69,7 @@ const QSize kPreferredSize(1400, 900);
 OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
     : OvGuiMainWindowBase(aParent)
     , calibrationPage(new OvCalibrationPage)
-    , historyView(new QUndoView(getUndoStack()))
+    , historyView(new OvHistoryView(getUndoStack()))
     , results(new OvResultsDock(this))
     , frameBar(new OvFrameBar(this))
     , calibrationLine(new OvCalibrationLineManipulator(this))

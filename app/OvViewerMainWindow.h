@@ -13,6 +13,7 @@ class OvCalibrationLineManipulator;
 class OvCalibrationPage;
 class OvLineCalibrationDialog;
 class OvFrameBar;
+class OvHistoryView;
 class QActionGroup;
 class QToolBar;
 class OvResultsDock;
@@ -21,7 +22,6 @@ class OvUndoGrouper;
 class QAction;
 class QDockWidget;
 class QLabel;
-class QUndoView;
 
 // The viewer's main window: opens pictures, holds the calibration page
 // ("Device Configuration"), the undo history and the tools the plug-ins add.
@@ -156,7 +156,7 @@ private:
     void recheckZoomBlock();
 
     OvCalibrationPage* calibrationPage;
-    QUndoView* historyView;
+    OvHistoryView* historyView;
     OvResultsDock* results;
     OvFrameBar* frameBar;
     OvCalibrationLineManipulator* calibrationLine;

@@ -167,13 +167,7 @@ QString KxGsManipulator::getValueNameToDisplay(const KxGsObject* anObj)
 
 int KxGsManipulator::getObjectIdx(const KxGsObject* anObj) const
 {
-    if (!anObj)
-        return -1;
-    for (auto it = gsObjectMap.cbegin(); it != gsObjectMap.cend(); ++it) {
-        if (it.value() == anObj)
-            return it.key();
-    }
-    return -1;
+    return anObj ? gsObjectMap.key(anObj, -1) : -1;
 }
 
 KxGsObject* KxGsManipulator::getGsObject(int anIdx)

@@ -2,6 +2,7 @@
 
 #include "KxHostGlobal.h"
 #include "KxGsEditor.h"
+#include "KxGsObjectMap.h"
 #include "KxMediaInfo.h"
 
 #include <QCursor>
@@ -201,7 +202,7 @@ protected:
     KxSignalCenter* kernelNotifier;
     KxKernelData* kernelData;
     QStringList valueNames;
-    QMap<int, KxGsObject*> gsObjectMap;
+    KxGsObjectMap gsObjectMap;
     bool blockKernelNotification;
 
 private slots:
