@@ -23,24 +23,43 @@ QVector<OvMeasurementExporter::Row> OvMeasurementExporter::collect()
             continue;
         const QStringList names = manipulator->getAnimatedValueNames();
         const QMap<int, KxKernelObjectData*> objects = kernel->getObjectsOfType(type);
-        for (auto it = objects.constBegin(); it != objects.constEnd(); ++it) {
-            QStringList units;
-            const QList<QVariant> values = manipulator->getCalculatedValues(names, it.value(), units);
-            for (int i = 0; i < names.size(); ++i) {
-                Row row;
-                row.type = type;
-                row.index = it.key();
-                row.valueName = names.at(i);
-                row.value = values.value(i);
-                row.unit = units.value(i);
-                row.text = manipulator->getCalculatedValueAsString(names.at(i), it.value());
-                row.typeName = manipulator->getObjectTypeName(it.key());
-                row.frame = kernel->getCurrentFrame();
-                rows.append(row);
-            }
-        }
+        rows.reserve(rows.size() + objects.size() * names.size());
+        for (auto it = objects.constBegin(); it != objects.constEnd(); ++it)
+            appendRows(rows, type, it.key(), it.value(), manipulator, names);
     }
     return rows;
+}
+
+QVector<OvMeasurementExporter::Row> OvMeasurementExporter::collectObject(int aType, int anIndex)
+{
+    QVector<Row> rows;
+    KxKernelData* kernel = KxKernelData::getInstance();
+    KxGsManipulator* manipulator = kernel->getManipulator(aType);
+    const KxKernelObjectData* data = kernel->getObject(aType, anIndex);
+    if (manipulator && data)
+        appendRows(rows, aType, anIndex, data, manipulator, manipulator->getAnimatedValueNames());
+    return rows;
+}
+
+void OvMeasurementExporter::appendRows(QVector<Row>& aRows, int aType, int anIndex, const KxKernelObjectData* aData,
+                                       KxGsManipulator* aManipulator, const QStringList& aNames)
+{
+    const qint64 frame = KxKernelData::getInstance()->getCurrentFrame();
+    QStringList units;
+    const QList<QVariant> values = aManipulator->getCalculatedValues(aNames, aData, units);
+    const QString typeName = aManipulator->getObjectTypeName(anIndex);
+    for (int i = 0; i < aNames.size(); ++i) {
+        Row row;
+        row.type = aType;
+        row.index = anIndex;
+        row.valueName = aNames.at(i);
+        row.value = values.value(i);
+        row.unit = units.value(i);
+        row.text = aManipulator->getCalculatedValueAsString(aNames.at(i), aData);
+        row.typeName = typeName;
+        row.frame = frame;
+        aRows.append(row);
+    }
 }
 
 QString OvMeasurementExporter::quoted(const QString& aField)

@@ -1,8 +1,12 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <QVector>
+
+class KxGsManipulator;
+class KxKernelObjectData;
 
 // Collects the values of every stored measurement from the kernel store, as
 // the measuring manipulators compute them, and writes them as CSV.
@@ -25,6 +29,9 @@ public:
     // frame, sorted by object type id, then index, then the manipulator's
     // order of value names.
     static QVector<Row> collect();
+    // The rows of one stored measurement, in the order collect() gives them;
+    // none when it is not stored or its type has no manipulator.
+    static QVector<Row> collectObject(int aType, int anIndex);
     // "type,index,value_name,value,unit,text,type_name,frame" and one line per
     // row; numbers as plain decimals with the fewest digits that read back as
     // exactly the same double, empty when invalid; fields quoted when needed.
@@ -35,5 +42,9 @@ public:
     static bool writeCsv(const QString& aFileName, QString* anError);
 
 private:
+    static void appendRows(QVector<Row>& aRows, int aType, int anIndex, const KxKernelObjectData* aData,
+                           KxGsManipulator* aManipulator, const QStringList& aNames);
     static QString quoted(const QString& aField);
 };
+
+Q_DECLARE_TYPEINFO(OvMeasurementExporter::Row, Q_MOVABLE_TYPE);

@@ -5,14 +5,19 @@
 #include "OvDeviceSetManager.h"
 
 #include <QMetaObject>
+#include <QPair>
+
+#include <algorithm>
 
 OvResultsModel::OvResultsModel(QObject* aParent)
     : QAbstractTableModel(aParent)
 {
     KxSignalCenter* notifier = KxSignalCenter::getInstance();
-    connect(notifier, &KxSignalCenter::signalObjectCreated, this, &OvResultsModel::slotStoreChanged);
-    connect(notifier, &KxSignalCenter::signalObjectChanged, this, &OvResultsModel::slotStoreChanged);
-    connect(notifier, &KxSignalCenter::signalObjectRemoved, this, &OvResultsModel::slotStoreChanged);
+    connect(notifier, &KxSignalCenter::signalObjectCreated, this,
+            [this](int aType, int anIndex, const KxKernelObjectData*) { slotObjectTouched(aType, anIndex); });
+    connect(notifier, &KxSignalCenter::signalObjectChanged, this,
+            [this](int aType, int anIndex, const KxKernelObjectData*) { slotObjectTouched(aType, anIndex); });
+    connect(notifier, &KxSignalCenter::signalObjectRemoved, this, &OvResultsModel::slotObjectTouched);
     connect(notifier, &KxSignalCenter::signalFrameReady, this, &OvResultsModel::slotStoreChanged);
     connect(notifier, &KxSignalCenter::signalMediaLoaded, this, &OvResultsModel::slotStoreChanged);
     connect(OvDeviceSetManager::instance(), &OvDeviceSetManager::signalDeviceSetModified, this,
@@ -22,7 +27,22 @@ OvResultsModel::OvResultsModel(QObject* aParent)
 
 int OvResultsModel::rowCount(const QModelIndex& aParent) const
 {
-    return aParent.isValid() ? 0 : rows.size();
+    return aParent.isValid() ? 0 : fetched;
+}
+
+bool OvResultsModel::canFetchMore(const QModelIndex& aParent) const
+{
+    return !aParent.isValid() && fetched < rows.size();
+}
+
+void OvResultsModel::fetchMore(const QModelIndex& aParent)
+{
+    if (!canFetchMore(aParent))
+        return;
+    const int more = qMin(kFetchChunk, rows.size() - fetched);
+    beginInsertRows(QModelIndex(), fetched, fetched + more - 1);
+    fetched += more;
+    endInsertRows();
 }
 
 int OvResultsModel::columnCount(const QModelIndex& aParent) const
@@ -32,7 +52,7 @@ int OvResultsModel::columnCount(const QModelIndex& aParent) const
 
 QVariant OvResultsModel::data(const QModelIndex& anIndex, int aRole) const
 {
-    if (!anIndex.isValid() || anIndex.row() >= rows.size())
+    if (!anIndex.isValid() || anIndex.row() >= fetched)
         return QVariant();
     const OvMeasurementExporter::Row& row = rows.at(anIndex.row());
     if (aRole == TypeRole)
@@ -114,25 +134,106 @@ QString OvResultsModel::toTsv(const QList<int>& aRows) const
 
 int OvResultsModel::rowOf(int aType, int anIndex) const
 {
-    for (int row = 0; row < rows.size(); ++row) {
-        if (rows.at(row).type == aType && rows.at(row).index == anIndex)
-            return row;
-    }
-    return -1;
+    const int row = lowerBound(aType, anIndex);
+    return row < rows.size() && rows.at(row).type == aType && rows.at(row).index == anIndex ? row : -1;
 }
 
 void OvResultsModel::refresh()
 {
     refreshPending = false;
+    touched.clear();
     beginResetModel();
     rows = OvMeasurementExporter::collect();
+    fetched = qMin(rows.size(), kFetchChunk);
     endResetModel();
 }
 
 void OvResultsModel::slotStoreChanged()
 {
+    refreshPending = true;
+    touched.clear();
+    schedule();
+}
+
+void OvResultsModel::slotObjectTouched(int aType, int anIndex)
+{
     if (refreshPending)
         return;
-    refreshPending = true;
-    QMetaObject::invokeMethod(this, &OvResultsModel::refresh, Qt::QueuedConnection);
+    // A burst costs one re-read rather than one search per measurement.
+    if (touched.size() > 64 + rows.size() / 16) {
+        slotStoreChanged();
+        return;
+    }
+    touched.append(qMakePair(aType, anIndex));
+    schedule();
+}
+
+void OvResultsModel::schedule()
+{
+    if (applyPendingQueued)
+        return;
+    applyPendingQueued = true;
+    QMetaObject::invokeMethod(this, &OvResultsModel::applyPending, Qt::QueuedConnection);
+}
+
+void OvResultsModel::applyPending()
+{
+    applyPendingQueued = false;
+    if (refreshPending) {
+        refresh();
+        return;
+    }
+    const QVector<QPair<int, int>> objects = touched;
+    touched.clear();
+    for (const QPair<int, int>& object : objects)
+        updateObject(object.first, object.second);
+}
+
+int OvResultsModel::lowerBound(int aType, int anIndex) const
+{
+    const auto it = std::lower_bound(rows.cbegin(), rows.cend(), qMakePair(aType, anIndex),
+                                     [](const OvMeasurementExporter::Row& aRow, const QPair<int, int>& aKey) {
+                                         return qMakePair(aRow.type, aRow.index) < aKey;
+                                     });
+    return int(it - rows.cbegin());
+}
+
+void OvResultsModel::updateObject(int aType, int anIndex)
+{
+    const QVector<OvMeasurementExporter::Row> now = OvMeasurementExporter::collectObject(aType, anIndex);
+    const int first = lowerBound(aType, anIndex);
+    int old = 0;
+    while (first + old < rows.size() && rows.at(first + old).type == aType && rows.at(first + old).index == anIndex)
+        ++old;
+    // Only rows already handed to views are announced; later ones come with fetchMore.
+    const auto announced = [this](int aFrom, int aCount) { return qBound(0, fetched - aFrom, aCount); };
+    const int common = qMin(old, now.size());
+    for (int i = 0; i < common; ++i)
+        rows[first + i] = now.at(i);
+    if (announced(first, common) > 0)
+        emit dataChanged(index(first, 0), index(first + announced(first, common) - 1, ColumnCount - 1));
+    if (old > common) {
+        const int from = first + common;
+        const int shown = announced(from, old - common);
+        if (shown > 0)
+            beginRemoveRows(QModelIndex(), from, from + shown - 1);
+        rows.remove(from, old - common);
+        fetched -= shown;
+        if (shown > 0)
+            endRemoveRows();
+    } else if (now.size() > common) {
+        const int from = first + common;
+        const int count = now.size() - common;
+        // Rows past the fetched ones stay unannounced, except into an empty or fully fetched table.
+        const bool shown = from < fetched || fetched == rows.size();
+        if (shown)
+            beginInsertRows(QModelIndex(), from, from + count - 1);
+        rows.insert(from, count, OvMeasurementExporter::Row());
+        for (int i = 0; i < count; ++i)
+            rows[from + i] = now.at(common + i);
+        if (shown) {
+            fetched += count;
+            endInsertRows();
+        }
+    }
 }

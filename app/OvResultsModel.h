@@ -8,9 +8,11 @@
 // Every value of every stored measurement, one row per measurement and value
 // name, as the export writes them, plus the type name and the frame. Follows
 // the store: creations, changes, removals (undo and redo included), frames,
-// new media and calibration changes. Bursts of notifications (removing
-// every object, a history jump) are folded into one refresh once control
-// returns to the event loop.
+// new media and calibration changes. Changes are applied once control returns
+// to the event loop: a few measurements only touch their own rows, a burst
+// (loading, removing every object, a history jump) or a frame, media or
+// calibration change re-reads the store once. Views are given the rows in
+// chunks as they scroll (canFetchMore/fetchMore).
 class OvResultsModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -21,7 +23,10 @@ public:
 
     explicit OvResultsModel(QObject* aParent = nullptr);
 
+    // The rows handed to views so far.
     int rowCount(const QModelIndex& aParent = QModelIndex()) const override;
+    bool canFetchMore(const QModelIndex& aParent) const override;
+    void fetchMore(const QModelIndex& aParent) override;
     int columnCount(const QModelIndex& aParent = QModelIndex()) const override;
     // Display: the value rounded for reading; EditRole: the full-precision
     // value; TypeRole/IndexRole on any column: the measurement's type and index.
@@ -31,7 +36,10 @@ public:
     static const int TypeRole = Qt::UserRole + 1;
     static const int IndexRole = Qt::UserRole + 2;
 
-    // Header and the given rows (every row when empty) as tab-separated
+    // Rows handed to a view at a time.
+    static const int kFetchChunk = 2048;
+
+    // Header and the given rows (every row when empty, fetched or not) as tab-separated
     // text with full-precision numbers, one line per row.
     QString toTsv(const QList<int>& aRows = {}) const;
     // The first row of a measurement, -1 when it has none.
@@ -43,8 +51,19 @@ public Q_SLOTS:
 
 private Q_SLOTS:
     void slotStoreChanged();
+    void slotObjectTouched(int aType, int anIndex);
+    void applyPending();
 
 private:
+    // Re-reads the rows of one measurement in place.
+    void updateObject(int aType, int anIndex);
+    void schedule();
+    // The first row at or after (aType, anIndex).
+    int lowerBound(int aType, int anIndex) const;
+
     QVector<OvMeasurementExporter::Row> rows;
+    int fetched = 0;
     bool refreshPending = false;
+    bool applyPendingQueued = false;
+    QVector<QPair<int, int>> touched;
 };

@@ -44,7 +44,10 @@
 
 namespace {
 
-const QSize kPicture(2000, 1500);
+// The measurements fill the upper 1500 pixels; gestures happen in the free
+// part below, so that what they repaint does not depend on N.
+const QSize kPicture(3000, 2400);
+const QSize kGrid(2000, 1500);
 const double kUmPerPixel = 0.5;
 const int kRepeats = 7;
 
@@ -194,10 +197,10 @@ bool writeFile(const QString& aTemplate, const QString& aTarget, int aCount)
     const QJsonArray kinds = root.value(QStringLiteral("objects")).toArray();
     if (kinds.isEmpty())
         return false;
-    const int columns = qMax(1, int(std::ceil(std::sqrt(aCount * double(kPicture.width()) / kPicture.height()))));
+    const int columns = qMax(1, int(std::ceil(std::sqrt(aCount * double(kGrid.width()) / kGrid.height()))));
     const int rows = (aCount + columns - 1) / columns;
-    const double cellX = double(kPicture.width() - 300) / columns;
-    const double cellY = double(kPicture.height() - 150) / qMax(1, rows);
+    const double cellX = double(kGrid.width() - 300) / columns;
+    const double cellY = double(kGrid.height() - 150) / qMax(1, rows);
     QMap<int, int> nextIndex;
     QJsonArray objects;
     for (int i = 0; i < aCount; ++i) {
@@ -267,7 +270,7 @@ int runViewer(const QString& aDir, int aCount)
     paintNow(view);
     if (!play(window, QStringLiteral("tool distance\n")))
         return 1;
-    const double y0 = kPicture.height() - 60;
+    const double y0 = kPicture.height() - 400;
     report(out, QStringLiteral("step1"), medianOf(kRepeats * 3, [&](int i) {
         play(window, at("move", 900 + i, y0 + (i % 3)));
         paintNow(view);
@@ -360,8 +363,8 @@ int runBare(int aCount)
         scene.addItem(line);
         items << line;
     };
-    const int columns = qMax(1, int(std::ceil(std::sqrt(aCount * double(kPicture.width()) / kPicture.height()))));
-    const double cell = double(kPicture.width() - 300) / columns;
+    const int columns = qMax(1, int(std::ceil(std::sqrt(aCount * double(kGrid.width()) / kGrid.height()))));
+    const double cell = double(kGrid.width() - 300) / columns;
     QElapsedTimer timer;
     timer.start();
     for (int i = 0; i < aCount; ++i)
@@ -374,12 +377,12 @@ int runBare(int aCount)
     view.resetTransform();
     paintNow(&view);
     report(out, QStringLiteral("step1"), medianOf(kRepeats * 3, [&](int i) {
-        const QList<QGraphicsItem*> under = scene.items(QPointF(900 + i, 1400));
+        const QList<QGraphicsItem*> under = scene.items(QPointF(900 + i, kPicture.height() - 400));
         Q_UNUSED(under);
         paintNow(&view);
     }));
     report(out, QStringLiteral("step2"), medianOf(kRepeats, [&](int i) {
-        add(900 + 40 * i, 1440, aCount + i);
+        add(900 + 40 * i, kPicture.height() - 400, aCount + i);
         paintNow(&view);
     }));
     report(out, QStringLiteral("step3"), medianOf(kRepeats, [&](int i) {

@@ -9,6 +9,7 @@
 #include <QGraphicsScene>
 #include <QGraphicsSimpleTextItem>
 #include <QGraphicsView>
+#include <QHash>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QSet>
@@ -30,10 +31,20 @@ const double kProbePixels = 8.0;
 const double kPlacementStep = 6.0;
 const int kPlacementRings = 16;
 
-QSet<OvGsObject*>& allObjects()
+// Objects whose active button is pressed: releasing them all must not walk
+// every measurement.
+QSet<OvGsObject*>& pressedObjects()
 {
-    static QSet<OvGsObject*> theObjects;
-    return theObjects;
+    static QSet<OvGsObject*> thePressed;
+    return thePressed;
+}
+
+// Objects showing their active button, for finding the button under the
+// mouse without walking every measurement.
+QSet<OvGsObject*>& activeShownObjects()
+{
+    static QSet<OvGsObject*> theShown;
+    return theShown;
 }
 
 QPointF nearestPointOnRect(const QRectF& aRect, const QPointF& aPoint)
@@ -42,7 +53,9 @@ QPointF nearestPointOnRect(const QRectF& aRect, const QPointF& aPoint)
                    std::clamp(aPoint.y(), aRect.top(), aRect.bottom()));
 }
 
-void paintTree(QPainter* aPainter, QGraphicsItem* anItem, double anUnitsPerPixel)
+// aScreenSized: children drawn at their size on screen, scaled by anUnitsPerPixel.
+void paintTree(QPainter* aPainter, QGraphicsItem* anItem, double anUnitsPerPixel,
+               const QList<const QGraphicsItem*>& aScreenSized = {})
 {
     QStyleOptionGraphicsItem option;
     option.rect = anItem->boundingRect().toRect();
@@ -54,17 +67,22 @@ void paintTree(QPainter* aPainter, QGraphicsItem* anItem, double anUnitsPerPixel
         aPainter->save();
         aPainter->translate(child->pos());
         aPainter->setTransform(child->transform(), true);
-        if (child->flags() & QGraphicsItem::ItemIgnoresTransformations)
+        if (aScreenSized.contains(child))
             aPainter->scale(anUnitsPerPixel, anUnitsPerPixel);
         paintTree(aPainter, child, 1.0);
         aPainter->restore();
     }
 }
 
+// Loaded once and shared by every item: loading a resource picture asks for
+// its time stamp, which costs more than the rest of an item.
 QPixmap resourcePixmap(const QString& aName)
 {
-    QPixmap pixmap(QStringLiteral(":/tessilarresources/") + aName);
-    return pixmap;
+    static QHash<QString, QPixmap> theLoaded;
+    auto it = theLoaded.find(aName);
+    if (it == theLoaded.end())
+        it = theLoaded.insert(aName, QPixmap(QStringLiteral(":/tessilarresources/") + aName));
+    return it.value();
 }
 
 } // namespace
@@ -72,15 +90,12 @@ QPixmap resourcePixmap(const QString& aName)
 OvGsObject::OvGsObject(KxGsManipulator* aManipulator, QGraphicsItem* aParent, const QString& aName)
     : KxGsObject(aManipulator, aParent)
 {
-    allObjects().insert(this);
-
     leaderLine = new QGraphicsLineItem(this);
     leaderLine->setAcceptedMouseButtons(Qt::NoButton);
     leaderLine->setZValue(1.0);
     leaderLine->hide();
 
     labelItem = new QGraphicsRectItem(this);
-    labelItem->setFlag(QGraphicsItem::ItemIgnoresTransformations);
     labelItem->setAcceptedMouseButtons(Qt::NoButton);
     labelItem->setPen(Qt::NoPen);
     labelItem->setBrush(QColor(20, 20, 20, 175));
@@ -91,7 +106,6 @@ OvGsObject::OvGsObject(KxGsManipulator* aManipulator, QGraphicsItem* aParent, co
     labelText->setPos(kLabelPadding, kLabelPadding);
 
     trashButton = new QGraphicsPixmapItem(resourcePixmap(QStringLiteral("trash.png")), this);
-    trashButton->setFlag(QGraphicsItem::ItemIgnoresTransformations);
     trashButton->setAcceptedMouseButtons(Qt::NoButton);
     trashButton->setZValue(3.0);
     trashButton->hide();
@@ -99,18 +113,19 @@ OvGsObject::OvGsObject(KxGsManipulator* aManipulator, QGraphicsItem* aParent, co
     activeOffPixmap = resourcePixmap(QStringLiteral("active-off.png"));
     activeOnPixmap = resourcePixmap(QStringLiteral("active-on.png"));
     activeButton = new QGraphicsPixmapItem(activeOffPixmap, this);
-    activeButton->setFlag(QGraphicsItem::ItemIgnoresTransformations);
     activeButton->setAcceptedMouseButtons(Qt::NoButton);
     activeButton->setZValue(3.0);
     activeButton->hide();
 
     connect(this, &KxGsObject::signalColorChanged, this, [this]() { updateLabel(); });
+    updateScreenScale();
     setName(aName);
 }
 
 OvGsObject::~OvGsObject()
 {
-    allObjects().remove(this);
+    pressedObjects().remove(this);
+    activeShownObjects().remove(this);
 }
 
 void OvGsObject::setLabelVisible(bool aVisible)
@@ -192,7 +207,8 @@ void OvGsObject::updateLabel()
 QRectF OvGsObject::childRect(const QGraphicsItem* aChild) const
 {
     const QRectF local = aChild->boundingRect();
-    const double units = (aChild->flags() & QGraphicsItem::ItemIgnoresTransformations) ? unitsPerPixel() : 1.0;
+    const bool screenSized = aChild == labelItem || aChild == trashButton || aChild == activeButton;
+    const double units = screenSized ? unitsPerPixel() : 1.0;
     return QRectF(aChild->pos() + local.topLeft() * units, local.size() * units);
 }
 
@@ -380,6 +396,10 @@ bool OvGsObject::getUseActiveButton() const
 void OvGsObject::setActivePressed(bool aPressed)
 {
     activePressed = aPressed;
+    if (aPressed)
+        pressedObjects().insert(this);
+    else
+        pressedObjects().remove(this);
     updateButtons();
 }
 
@@ -390,7 +410,8 @@ bool OvGsObject::getActivePressed() const
 
 void OvGsObject::makeAllActiveGray()
 {
-    for (OvGsObject* obj : allObjects())
+    const QSet<OvGsObject*> pressed = pressedObjects();
+    for (OvGsObject* obj : pressed)
         obj->setActivePressed(false);
 }
 
@@ -404,6 +425,15 @@ void OvGsObject::updateButtons()
     trashButton->setVisible(trashAllowed && isCurrent() && !hidden);
     activeButton->setPixmap(activePressed ? activeOnPixmap : activeOffPixmap);
     activeButton->setVisible(activeAllowed && !hidden);
+    if (activeAllowed && !hidden)
+        activeShownObjects().insert(this);
+    else
+        activeShownObjects().remove(this);
+}
+
+QList<OvGsObject*> OvGsObject::objectsShowingActiveButton()
+{
+    return activeShownObjects().values();
 }
 
 void OvGsObject::updateLeader()
@@ -457,7 +487,19 @@ void OvGsObject::setAlwaysHidden(bool aHidden)
 
 void OvGsObject::adjustScale(double)
 {
+    updateScreenScale();
     updateLeader();
+}
+
+void OvGsObject::updateScreenScale()
+{
+    // Scaled children rather than ones that ignore transformations: the
+    // scene indexes those like any item, whereas it tests every item that
+    // ignores transformations on each lookup (each hover move and press).
+    const double units = unitsPerPixel();
+    labelItem->setScale(units);
+    trashButton->setScale(units);
+    activeButton->setScale(units);
 }
 
 void OvGsObject::moveObjectBy(const QPointF&)
@@ -542,7 +584,7 @@ void OvGsObject::paintWithChildren(QPainter* aPainter)
     if (!aPainter)
         return;
     aPainter->save();
-    paintTree(aPainter, this, unitsPerPixel());
+    paintTree(aPainter, this, unitsPerPixel(), { labelItem, trashButton, activeButton });
     aPainter->restore();
 }
 
@@ -559,7 +601,9 @@ double OvGsObject::unitsPerPixel() const
 
 QVariant OvGsObject::itemChange(GraphicsItemChange aChange, const QVariant& aValue)
 {
-    if (aChange == ItemSceneHasChanged || aChange == ItemParentHasChanged)
+    if (aChange == ItemSceneHasChanged || aChange == ItemParentHasChanged) {
+        updateScreenScale();
         updateLeader();
+    }
     return KxGsObject::itemChange(aChange, aValue);
 }

@@ -272,12 +272,26 @@ void OvGsManipRelative::markBase(OvGsRelativeDistance* aLine)
 
 bool OvGsManipRelative::onActiveButton(const QPointF& aPoint, bool aPress)
 {
-    for (KxGsObject* obj : editor->getAllChildGsObjects()) {
-        if (!isOwnLine(obj))
+    // Only items showing their button can be hit; where buttons overlap, the
+    // first in the editor's order of items wins.
+    QList<KxGsObject*> hits;
+    for (OvGsObject* obj : OvGsObject::objectsShowingActiveButton()) {
+        if (obj->parentItem() != editor || obj->isDiscarded() || !isOwnLine(obj))
             continue;
         auto* line = static_cast<OvGsRelativeDistance*>(obj);
-        if (!line->isPointOnActiveButton(line->mapFromParent(aPoint)))
-            continue;
+        if (line->isPointOnActiveButton(line->mapFromParent(aPoint)))
+            hits.append(line);
+    }
+    if (hits.size() > 1) {
+        QList<KxGsObject*> ordered;
+        for (KxGsObject* obj : editor->getAllChildGsObjects()) {
+            if (hits.contains(obj))
+                ordered.append(obj);
+        }
+        hits = ordered;
+    }
+    for (KxGsObject* obj : qAsConst(hits)) {
+        auto* line = static_cast<OvGsRelativeDistance*>(obj);
         if (aPress) {
             const bool pressed = !line->getActivePressed();
             line->makeAllActiveGray();
@@ -603,8 +617,15 @@ void OvGsManipRelative::objectChangedInKernel(int aType, int anIdx, const KxKern
         auto* base = static_cast<OvGsRelativeDistance*>(current);
         if (base->isBase) {
             takeBase(base);
-            for (KxGsObject* obj : gsObjectMap) {
-                auto* line = static_cast<OvGsRelativeDistance*>(obj);
+            // Lines stay on their base: only a change of the base itself moves
+            // all of them; a changed line is placed on it again by itself.
+            if (gsObjectMap.value(anIdx) == base) {
+                for (KxGsObject* obj : gsObjectMap) {
+                    auto* line = static_cast<OvGsRelativeDistance*>(obj);
+                    if (line->baseName == base->lineName)
+                        placeOnBase(line);
+                }
+            } else if (auto* line = static_cast<OvGsRelativeDistance*>(gsObjectMap.value(anIdx))) {
                 if (line->baseName == base->lineName)
                     placeOnBase(line);
             }
