@@ -12,11 +12,9 @@
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsRectItem>
 #include <QGraphicsSceneWheelEvent>
-#include <QGraphicsView>
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QPainter>
-#include <QSet>
 #include <QUndoStack>
 #include <QWidget>
 
@@ -24,10 +22,6 @@
 #include <cmath>
 
 namespace {
-
-// Screen pixels around a press within which items are asked whether they
-// take it: more than any hit tolerance, handle or button reaches.
-const double kPressMargin = 48.0;
 
 // Hands an event the editor does not handle itself to the override
 // manipulator; without one the event stays ignored.
@@ -286,7 +280,7 @@ QGraphicsRectItem* KxGsEditor::getSelectionBand() const
 bool KxGsEditor::toggleOffUnderMouse(QGraphicsSceneMouseEvent* anEvent)
 {
     const int tolerance = std::max(1, int(KxGsObject::kDefaultSelSize / zoom));
-    for (KxGsObject* candidate : pressCandidates(anEvent)) {
+    for (KxGsObject* candidate : pressCandidates()) {
         int part = 0;
         if (candidate->hidden
             || !candidate->isPointOnObject(candidate->mapFromScene(anEvent->scenePos()), part, tolerance))
@@ -412,43 +406,12 @@ void KxGsEditor::deleteSelected()
         stack->endMacro();
 }
 
-QList<KxGsObject*> KxGsEditor::pressCandidates(const QGraphicsSceneMouseEvent* anEvent) const
+QList<KxGsObject*> KxGsEditor::pressCandidates() const
 {
-    QList<KxGsObject*> children;
-    const QGraphicsView* graphicsView =
-        anEvent && anEvent->widget() ? qobject_cast<const QGraphicsView*>(anEvent->widget()->parentWidget()) : nullptr;
-    if (scene() && graphicsView && graphicsView->scene() == scene()) {
-        // Only items near the press can take it; the scene's index finds
-        // them without walking every measurement. The margin covers hit
-        // tolerances, handles and buttons, which items test exactly next.
-        const QTransform device = graphicsView->viewportTransform();
-        const double scale = std::sqrt(std::abs(device.determinant()));
-        const double margin = kPressMargin / (scale > 0.0 ? scale : 1.0);
-        const QRectF around(anEvent->scenePos() - QPointF(margin, margin), QSizeF(2.0 * margin, 2.0 * margin));
-        // Descending stacking order: as the editor's children from last to
-        // first, higher z first.
-        QSet<const QGraphicsItem*> seen;
-        const QList<QGraphicsItem*> found =
-            scene()->items(around, Qt::IntersectsItemBoundingRect, Qt::DescendingOrder, device);
-        for (QGraphicsItem* item : found) {
-            while (item && item->parentItem() != this)
-                item = item->parentItem();
-            if (!item || seen.contains(item))
-                continue;
-            seen.insert(item);
-            KxGsObject* obj = qobject_cast<KxGsObject*>(item->toGraphicsObject());
-            if (obj && !obj->isDiscarded())
-                children.append(obj);
-        }
-        if (currentObject && !currentObject->isDiscarded() && currentObject->parentItem() == this
-            && !children.contains(currentObject.data()))
-            children.prepend(currentObject.data());
-    } else {
-        children = getAllChildGsObjects();
-        std::reverse(children.begin(), children.end());
-        std::stable_sort(children.begin(), children.end(),
-                         [](const KxGsObject* a, const KxGsObject* b) { return a->zValue() > b->zValue(); });
-    }
+    QList<KxGsObject*> children = getAllChildGsObjects();
+    std::reverse(children.begin(), children.end());
+    std::stable_sort(children.begin(), children.end(),
+                     [](const KxGsObject* a, const KxGsObject* b) { return a->zValue() > b->zValue(); });
     // The current object first: its handles are drawn on top of everything.
     if (currentObject && children.removeOne(currentObject.data()))
         children.prepend(currentObject.data());
@@ -475,7 +438,7 @@ QMouseEvent KxGsEditor::makeMouseEvent(QEvent::Type aType, const KxGsObject* anO
 
 bool KxGsEditor::pressItem(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick)
 {
-    for (KxGsObject* candidate : pressCandidates(anEvent)) {
+    for (KxGsObject* candidate : pressCandidates()) {
         QPointer<KxGsObject> obj(candidate);
         QMouseEvent event = makeMouseEvent(aDoubleClick ? QEvent::MouseButtonDblClick : QEvent::MouseButtonPress,
                                            candidate, anEvent);

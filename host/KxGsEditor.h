@@ -136,10 +136,7 @@ private:
     void startGesture(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick);
     bool isOverrideDrawing() const;
     QMouseEvent makeMouseEvent(QEvent::Type aType, const KxGsObject* anObj, QGraphicsSceneMouseEvent* anEvent) const;
-    // Stored, visible items that may take a press at anEvent's position,
-    // topmost first, the current object before all: those the scene finds
-    // near the position when the event comes from a view, else every item.
-    QList<KxGsObject*> pressCandidates(const QGraphicsSceneMouseEvent* anEvent) const;
+    QList<KxGsObject*> pressCandidates() const;
     void writeBackMove(KxGsObject* anObj);
     // Ctrl+press on a selected item: takes it out of the selection. True when
     // the press was used so.
