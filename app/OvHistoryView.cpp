@@ -63,14 +63,14 @@ public:
 
 OvHistoryView::OvHistoryView(QUndoStack* aStack, QWidget* aParent)
     : QListView(aParent)
-    , model(new Model(aStack, this))
+    , historyModel(new Model(aStack, this))
     , undoStack(aStack)
 {
     // Every row is one line of text: the view need not measure each one.
     setUniformItemSizes(true);
     setSelectionMode(QAbstractItemView::SingleSelection);
-    setModel(model);
-    model->lastIndex = aStack ? aStack->index() : 0;
+    setModel(historyModel);
+    historyModel->lastIndex = aStack ? aStack->index() : 0;
     if (aStack) {
         connect(aStack, &QUndoStack::indexChanged, this, &OvHistoryView::slotStackIndexChanged);
         connect(aStack, &QUndoStack::cleanChanged, this, &OvHistoryView::slotStackIndexChanged);
@@ -81,12 +81,12 @@ OvHistoryView::OvHistoryView(QUndoStack* aStack, QWidget* aParent)
 
 void OvHistoryView::setEmptyLabel(const QString& aLabel)
 {
-    model->setEmptyLabel(aLabel);
+    historyModel->setEmptyLabel(aLabel);
 }
 
 QString OvHistoryView::emptyLabel() const
 {
-    return model->emptyLabel;
+    return historyModel->emptyLabel;
 }
 
 QUndoStack* OvHistoryView::stack() const
@@ -100,8 +100,8 @@ void OvHistoryView::slotStackIndexChanged()
         return;
     const int index = undoStack->index();
     // A push replaces whatever could have been redone from the old index on.
-    model->follow(qMin(model->lastIndex, index) + 1);
-    model->lastIndex = index;
+    historyModel->follow(qMin(historyModel->lastIndex, index) + 1);
+    historyModel->lastIndex = index;
     // A burst of steps (a removal with its dependants, a history jump)
     // moves the current row once, when control returns to the event loop.
     if (syncPending)
@@ -116,7 +116,7 @@ void OvHistoryView::syncCurrentRow()
     if (!undoStack)
         return;
     syncing = true;
-    const QModelIndex current = model->index(undoStack->index());
+    const QModelIndex current = historyModel->index(undoStack->index());
     selectionModel()->setCurrentIndex(current, QItemSelectionModel::ClearAndSelect);
     syncing = false;
 }

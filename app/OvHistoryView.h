@@ -31,7 +31,7 @@ private Q_SLOTS:
 
 private:
     class Model;
-    Model* model;
+    Model* historyModel;
     QPointer<QUndoStack> undoStack;
     bool syncPending = false;
     bool syncing = false;
