@@ -53,9 +53,7 @@ QPointF nearestPointOnRect(const QRectF& aRect, const QPointF& aPoint)
                    std::clamp(aPoint.y(), aRect.top(), aRect.bottom()));
 }
 
-// aScreenSized: children drawn at their size on screen, scaled by anUnitsPerPixel.
-void paintTree(QPainter* aPainter, QGraphicsItem* anItem, double anUnitsPerPixel,
-               const QList<const QGraphicsItem*>& aScreenSized = {})
+void paintTree(QPainter* aPainter, QGraphicsItem* anItem, double anUnitsPerPixel)
 {
     QStyleOptionGraphicsItem option;
     option.rect = anItem->boundingRect().toRect();
@@ -67,7 +65,7 @@ void paintTree(QPainter* aPainter, QGraphicsItem* anItem, double anUnitsPerPixel
         aPainter->save();
         aPainter->translate(child->pos());
         aPainter->setTransform(child->transform(), true);
-        if (aScreenSized.contains(child))
+        if (child->flags() & QGraphicsItem::ItemIgnoresTransformations)
             aPainter->scale(anUnitsPerPixel, anUnitsPerPixel);
         paintTree(aPainter, child, 1.0);
         aPainter->restore();
@@ -96,6 +94,7 @@ OvGsObject::OvGsObject(KxGsManipulator* aManipulator, QGraphicsItem* aParent, co
     leaderLine->hide();
 
     labelItem = new QGraphicsRectItem(this);
+    labelItem->setFlag(QGraphicsItem::ItemIgnoresTransformations);
     labelItem->setAcceptedMouseButtons(Qt::NoButton);
     labelItem->setPen(Qt::NoPen);
     labelItem->setBrush(QColor(20, 20, 20, 175));
@@ -106,6 +105,7 @@ OvGsObject::OvGsObject(KxGsManipulator* aManipulator, QGraphicsItem* aParent, co
     labelText->setPos(kLabelPadding, kLabelPadding);
 
     trashButton = new QGraphicsPixmapItem(resourcePixmap(QStringLiteral("trash.png")), this);
+    trashButton->setFlag(QGraphicsItem::ItemIgnoresTransformations);
     trashButton->setAcceptedMouseButtons(Qt::NoButton);
     trashButton->setZValue(3.0);
     trashButton->hide();
@@ -113,12 +113,12 @@ OvGsObject::OvGsObject(KxGsManipulator* aManipulator, QGraphicsItem* aParent, co
     activeOffPixmap = resourcePixmap(QStringLiteral("active-off.png"));
     activeOnPixmap = resourcePixmap(QStringLiteral("active-on.png"));
     activeButton = new QGraphicsPixmapItem(activeOffPixmap, this);
+    activeButton->setFlag(QGraphicsItem::ItemIgnoresTransformations);
     activeButton->setAcceptedMouseButtons(Qt::NoButton);
     activeButton->setZValue(3.0);
     activeButton->hide();
 
     connect(this, &KxGsObject::signalColorChanged, this, [this]() { updateLabel(); });
-    updateScreenScale();
     setName(aName);
 }
 
@@ -207,8 +207,7 @@ void OvGsObject::updateLabel()
 QRectF OvGsObject::childRect(const QGraphicsItem* aChild) const
 {
     const QRectF local = aChild->boundingRect();
-    const bool screenSized = aChild == labelItem || aChild == trashButton || aChild == activeButton;
-    const double units = screenSized ? unitsPerPixel() : 1.0;
+    const double units = (aChild->flags() & QGraphicsItem::ItemIgnoresTransformations) ? unitsPerPixel() : 1.0;
     return QRectF(aChild->pos() + local.topLeft() * units, local.size() * units);
 }
 
@@ -487,19 +486,7 @@ void OvGsObject::setAlwaysHidden(bool aHidden)
 
 void OvGsObject::adjustScale(double)
 {
-    updateScreenScale();
     updateLeader();
-}
-
-void OvGsObject::updateScreenScale()
-{
-    // Scaled children rather than ones that ignore transformations: the
-    // scene indexes those like any item, whereas it tests every item that
-    // ignores transformations on each lookup (each hover move and press).
-    const double units = unitsPerPixel();
-    labelItem->setScale(units);
-    trashButton->setScale(units);
-    activeButton->setScale(units);
 }
 
 void OvGsObject::moveObjectBy(const QPointF&)
@@ -584,7 +571,7 @@ void OvGsObject::paintWithChildren(QPainter* aPainter)
     if (!aPainter)
         return;
     aPainter->save();
-    paintTree(aPainter, this, unitsPerPixel(), { labelItem, trashButton, activeButton });
+    paintTree(aPainter, this, unitsPerPixel());
     aPainter->restore();
 }
 
@@ -601,9 +588,7 @@ double OvGsObject::unitsPerPixel() const
 
 QVariant OvGsObject::itemChange(GraphicsItemChange aChange, const QVariant& aValue)
 {
-    if (aChange == ItemSceneHasChanged || aChange == ItemParentHasChanged) {
-        updateScreenScale();
+    if (aChange == ItemSceneHasChanged || aChange == ItemParentHasChanged)
         updateLeader();
-    }
     return KxGsObject::itemChange(aChange, aValue);
 }

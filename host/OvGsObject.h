@@ -13,7 +13,7 @@ class QGraphicsSimpleTextItem;
 class QPainter;
 
 // Measurement item with a value label, a trash button and an optional active
-// button. Label and buttons are child items scaled against the zoom, so
+// button. Label and buttons are child items that ignore transformations, so
 // they keep their size on screen at every zoom; their positions are given in
 // this item's coordinates. Shapes call the base handlers first: an event they
 // accept was a press on the label or a button and the shape leaves it alone.
@@ -132,8 +132,6 @@ protected:
 
 private:
     void updateButtons();
-    // Label and buttons keep their size on screen at the current zoom.
-    void updateScreenScale();
     void updateLeader();
     // A near place for the label (from its current one, on a screen-pixel
     // grid) that lies inside anArea and off the shape: straight up, right,
