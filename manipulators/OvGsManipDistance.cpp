@@ -224,10 +224,18 @@ void OvGsManipDistance::finalizeDistance()
     item->setPenStyle(Qt::SolidLine, item->penWidth);
 
     const KxKernelObjectDataDescr* descr = getDescriptor();
+    // Stored positions are whole pixels; the label shows the stored text and
+    // takes its final place before that place is stored.
+    const QPointF end = item->pos() + item->vector;
+    item->setPos(rounded(item->pos()));
+    item->setVector(rounded(end - item->pos()));
+    updateDisplayValue(item, valueNameOf(item), false, false);
+    item->ensureLabelVisible();
     KxParamKeyframeVector keyframes = createObjectKeyframes(item, rounded(item->vector));
     descr->setValue(keyframes, QString::fromLatin1(kLineKey), item->lineName);
     auto* data = new KxKernelObjectData(keyframes, descr->getKeyframeTypes(), false);
     pushOwnCommand(new CmdCreateObject(kDistanceType, index, data));
+    showStoredObject(item);
 
     changeAnimationGsObject(item, kernelData->getMediaInfo().isVideoFile(), false, false);
     inProgress = nullptr;

@@ -902,8 +902,16 @@ void OvGsManipFrame::storeNewObject(OvGsObject* anItem, int anIndex, const QVari
     anItem->ensureLabelVisible();
     auto* data = new KxKernelObjectData(createObjectKeyframes(anItem, aGeometry), descr->getKeyframeTypes(), false);
     pushOwnCommand(new CmdCreateObject(kind.objectType, anIndex, data));
-    updateDisplayValue(anItem, valueNameOf(anItem), true, true);
+    showStoredObject(anItem);
     changeAnimationGsObject(anItem, kernelData->getMediaInfo().isVideoFile(), false, false);
+}
+
+void OvGsManipFrame::showStoredObject(OvGsObject* anItem)
+{
+    const int index = getObjectIdx(anItem);
+    const KxKernelObjectData* data = index >= 0 ? kernelData->getObject(kind.objectType, index) : nullptr;
+    if (data)
+        showStoredState(anItem, data->getKeyframesAt(kernelData->getCurrentFrame()));
 }
 
 void OvGsManipFrame::dressStoredItem(OvGsObject* anItem, int anIdx, const KxParamKeyframeVector& aKeyframes)
@@ -1005,8 +1013,10 @@ void OvGsManipFrame::gsObjectChangedShape(KxGsObject* anObj)
     // A click that moved nothing writes nothing.
     if (!writeChange(anObj, keyframes, true))
         return;
-    // The change notification was blocked: the label still shows the old value.
-    updateDisplayValue(anObj, getValueNameToDisplay(anObj), true, true);
+    // The change notification was blocked: the item takes what was stored
+    // (whole pixels), its label the stored value.
+    if (auto* item = qobject_cast<OvGsObject*>(anObj))
+        showStoredObject(item);
 }
 
 OvGsManipFrame::Measure OvGsManipFrame::lengthFromPixels(double aPixels) const

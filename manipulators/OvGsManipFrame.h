@@ -318,6 +318,10 @@ protected:
     // Whether writing aValues would change what is stored for anObj (false
     // when it is not stored).
     bool changesStore(const KxGsObject* anObj, const KxParamKeyframeVector& aValues) const;
+    // anItem, a stored item of this kind, takes its stored state at the
+    // current frame (showStoredState()): after the kind's own writes, whose
+    // notifications are blocked, so that the item shows exactly what is stored.
+    void showStoredObject(OvGsObject* anItem);
     // Puts the stored label place of aKeyframes, when there is one, on anItem.
     static void applyStoredLabel(OvGsObject* anItem, const KxParamKeyframeVector& aKeyframes);
     // The value name stored for anObj (key frame 2), else valueNameOf().

@@ -470,6 +470,12 @@ void OvGsManipRelative::finalizeDistance()
     OvGsRelativeDistance* item = inProgress;
     if (!item)
         return;
+    // Stored positions are whole pixels: the line starts on one, and a
+    // measured line is placed on its base from there.
+    const QPointF start = rounded(item->pos());
+    const QPointF end = creatingBase ? item->pos() + item->vector : findEndPoint(start);
+    item->setPos(start);
+    item->setVector(end - start);
     const int index = adoptFinishedItem(item);
     item->allowActiveVisible(creatingBase, activeOff, activeOn);
     if (creatingBase) {
@@ -484,6 +490,7 @@ void OvGsManipRelative::finalizeDistance()
     putLineFacts(keyframes, item);
     auto* data = new KxKernelObjectData(keyframes, getDescriptor()->getKeyframeTypes(), false);
     pushOwnCommand(new CmdCreateObject(kind.objectType, index, data));
+    showStoredObject(item);
     changeAnimationGsObject(item, kernelData->getMediaInfo().isVideoFile(), false, false);
 }
 
@@ -503,10 +510,8 @@ bool OvGsManipRelative::writeLine(OvGsRelativeDistance* aLine, const KxParamKeyf
 {
     if (!writeChange(aLine, aKeyframes, true))
         return false;
-    // The change notification was blocked: the label shows the stored value now.
-    showLineValue(aLine, getObjectIdx(aLine), getValueNameToDisplay(aLine));
-    aLine->setDisplayedValueName(getValueNameToDisplay(aLine));
-    aLine->update();
+    // The change notification was blocked: the item takes what was stored.
+    showStoredObject(aLine);
     return true;
 }
 

@@ -302,8 +302,17 @@ private slots:
     // After opening a file the labels sat outside the picture, and after undo
     // and redo a label jumped by a few pixels or by a label height. A label
     // dragged by the user is one step and stays where it was put.
+    void labelsStayWhereTheyWereSeen_data()
+    {
+        QTest::addColumn<double>("zoom");
+        QTest::newRow("zoom 1") << 1.0;
+        QTest::newRow("zoom 0.89") << 0.89;
+    }
+
     void labelsStayWhereTheyWereSeen()
     {
+        QFETCH(double, zoom);
+        editor()->setZoom(zoom);
         app.play(kRelative);
         app.play(kOthers);
         OvGsObject* distance = itemOf(66653, 1);
