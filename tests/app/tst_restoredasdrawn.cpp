@@ -305,16 +305,21 @@ private slots:
     void labelsStayWhereTheyWereSeen_data()
     {
         QTest::addColumn<double>("zoom");
-        QTest::newRow("zoom 1") << 1.0;
-        QTest::newRow("zoom 0.89") << 0.89;
+        QTest::addColumn<double>("zoomAfter");
+        QTest::newRow("zoom 1") << 1.0 << 1.0;
+        QTest::newRow("zoom 0.89") << 0.89 << 0.89;
+        // An angle's label followed its arc when the zoom changed.
+        QTest::newRow("drawn at 1, zoomed to 0.89") << 1.0 << 0.89;
     }
 
     void labelsStayWhereTheyWereSeen()
     {
         QFETCH(double, zoom);
+        QFETCH(double, zoomAfter);
         editor()->setZoom(zoom);
         app.play(kRelative);
         app.play(kOthers);
+        editor()->setZoom(zoomAfter);
         OvGsObject* distance = itemOf(66653, 1);
         QVERIFY(distance);
         const QPoint label = distance->mapToParent(distance->getLabelRect().center()).toPoint();
