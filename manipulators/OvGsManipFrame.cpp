@@ -623,7 +623,7 @@ bool OvGsManipFrame::writeChange(KxGsObject* anObj, KxParamKeyframeVector aValue
 
 bool OvGsManipFrame::changesStore(const KxGsObject* anObj, const KxParamKeyframeVector& aValues) const
 {
-    const int index = gsObjectMap.key(const_cast<KxGsObject*>(anObj), -1);
+    const int index = getObjectIdx(anObj);
     const KxKernelObjectData* data = index >= 0 ? kernelData->getObject(kind.objectType, index) : nullptr;
     if (!data)
         return false;
