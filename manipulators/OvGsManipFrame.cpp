@@ -800,12 +800,7 @@ void OvGsManipFrame::rescaleDefaultKeyframes(QSize anOld, QSize aNew)
         scaleExtraParams(keyframes, factor);
         data->update(keyframes);
     }
-    rescaleItems(factor);
     recreateGraphicsObjects(getViewOrigin(), -1, true);
-}
-
-void OvGsManipFrame::rescaleItems(double)
-{
 }
 
 QVariant OvGsManipFrame::scaleGeometry(const QVariant& aGeometry, double aFactor) const

@@ -231,10 +231,6 @@ protected:
     virtual QVariant itemGeometry(const KxGsObject* anItem) const;
     // The camera resolution changed. Default: rescaleDefaultKeyframes().
     virtual void currentResChangedByCamera(QSize anOld, QSize aNew);
-    // Called by rescaleDefaultKeyframes() after the stored data was scaled and
-    // before the items are rebuilt from it: a kind scales here what its items
-    // hold but the store does not. Default: nothing.
-    virtual void rescaleItems(double aFactor);
     // The geometry parameter scaled by aFactor, for rescaleDefaultKeyframes().
     // Default: points rounded, point-F and polygons scaled, others unchanged.
     virtual QVariant scaleGeometry(const QVariant& aGeometry, double aFactor) const;
