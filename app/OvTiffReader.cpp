@@ -96,6 +96,10 @@ bool OvTiffReader::open(QString* anError)
     }
     // Counting walks every page's directory, so a chain cut short shows here.
     const tdir_t count = TIFFNumberOfDirectories(handle);
+    if (!libraryMessage.isEmpty()) {
+        fail(anError, damaged());
+        return false;
+    }
     if (count < 1 || !TIFFSetDirectory(handle, 0)) {
         fail(anError, tr("the TIFF has no readable page"));
         return false;
