@@ -32,6 +32,13 @@ OvBrightnessContrastDialog::OvBrightnessContrastDialog(QWidget* aParent)
     theTLValues->setObjectName(QStringLiteral("theTLValues"));
     theAutoButton->setObjectName(QStringLiteral("theAutoButton"));
     theResetButton->setObjectName(QStringLiteral("theResetButton"));
+    // Typed values count once complete (Return, Tab or the arrows), so a
+    // half-typed maximum never pushes the minimum away; Return never
+    // presses a button.
+    theSBMinimum->setKeyboardTracking(false);
+    theSBMaximum->setKeyboardTracking(false);
+    theAutoButton->setAutoDefault(false);
+    theResetButton->setAutoDefault(false);
     theAutoButton->setToolTip(tr("Spread the picture's values over black to white, a few saturated at each end"));
     theResetButton->setToolTip(tr("Show the whole range the picture's samples can hold"));
 
@@ -58,6 +65,7 @@ OvBrightnessContrastDialog::OvBrightnessContrastDialog(QWidget* aParent)
     layout->addWidget(note);
     layout->addWidget(buttons);
 
+    buttons->button(QDialogButtonBox::Close)->setAutoDefault(false);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::close);
     connect(theSBMinimum, QOverload<int>::of(&QSpinBox::valueChanged), this,
             [this](int aValue) { changed(aValue, qMax(aValue + 1, theSBMaximum->value())); });

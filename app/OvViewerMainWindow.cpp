@@ -23,6 +23,7 @@
 #include "KxGsManipulator.h"
 #include "KxLocalMagnifier.h"
 
+#include <QAbstractSpinBox>
 #include <QAction>
 #include <QActionGroup>
 #include <QApplication>
@@ -187,10 +188,12 @@ void OvViewerMainWindow::createMenus()
     // The same two ways, offered by the tool entry of an uncalibrated picture.
     calibrateTypedAction = new QAction(tr("Calibrate..."), this);
     calibrateTypedAction->setObjectName(QStringLiteral("calibrateAction"));
+    calibrateTypedAction->setIconText(tr("Calibrate\u2026"));
     calibrateTypedAction->setToolTip(tr("Type the size of one pixel"));
     connect(calibrateTypedAction, &QAction::triggered, this, &OvViewerMainWindow::slotCalibrate);
     calibrateLineAction = new QAction(tr("From a Line..."), this);
     calibrateLineAction->setObjectName(QStringLiteral("calibrateFromLineAction"));
+    calibrateLineAction->setIconText(tr("From a Line\u2026"));
     calibrateLineAction->setToolTip(tr("Drag a line over the scale bar and type its true length"));
     connect(calibrateLineAction, &QAction::triggered, this, &OvViewerMainWindow::slotCalibrateFromLine);
 
@@ -675,6 +678,10 @@ void OvViewerMainWindow::slotCalibrate()
     getConfigurationPanel()->show();
     getConfigurationPanel()->raise();
     getConfigurationList()->setCurrentRow(0);
+    if (auto* box = calibrationPage->findChild<QAbstractSpinBox*>()) {
+        box->setFocus();
+        box->selectAll();
+    }
 }
 
 bool OvViewerMainWindow::calibrateFromLine(double aPixels, double aLength, int aUnit, const QString& aName,
