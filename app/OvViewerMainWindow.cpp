@@ -306,7 +306,7 @@ bool OvViewerMainWindow::openImages(const QStringList& aFileNames, QString* anEr
     frameBar->setFrameCount(sequence.frameCount());
     frameToolBar->setVisible(sequence.frameCount() > 1);
     frameActions->setEnabled(sequence.frameCount() > 1);
-    calibrationPage->showCalibration(umPerPixel, QFileInfo(fileName).fileName());
+    calibrationPage->showCalibration(umPerPixel, calibrationPageSource());
     recheckZoomBlock();
     updateTitle();
     const QString name = QFileInfo(fileName).fileName();
@@ -416,13 +416,19 @@ void OvViewerMainWindow::setCalibration(double anUmPerPixelX, double anUmPerPixe
     KxKernelData::getInstance()->getMediaInfo().setUmPerPixel(anUmPerPixelX, anUmPerPixelY);
     const double anUmPerPixel = calibration();
     calibrationFrom = anUmPerPixel > 0.0 ? aSource : QString();
-    calibrationPage->showCalibration(anUmPerPixel, QFileInfo(currentFile).fileName());
+    calibrationPage->showCalibration(anUmPerPixel, calibrationPageSource());
     // Labels follow the new calibration, and the tools re-check whether the
     // picture can now be measured.
     Q_EMIT OvDeviceSetManager::instance()->signalDeviceSetModified(OvDeviceSetManager::FlagCalibrationChanged);
     Q_EMIT KxSignalCenter::getInstance()->signalMediaLoaded();
     recheckZoomBlock();
     updateTitle();
+}
+
+QString OvViewerMainWindow::calibrationPageSource() const
+{
+    const QString name = QFileInfo(currentFile).fileName();
+    return calibrationFrom.isEmpty() ? name : tr("%1 (%2)").arg(name, calibrationFrom);
 }
 
 void OvViewerMainWindow::recheckZoomBlock()

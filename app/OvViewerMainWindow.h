@@ -173,6 +173,8 @@ private:
     // The discard question's Save: false when nothing was saved (cancelled or failed).
     bool saveBeforeDiscard();
     void updateTitle();
+    // The picture's name and where its calibration came from.
+    QString calibrationPageSource() const;
     // The tool entry says what it needs while the picture is uncalibrated.
     void updateCalibrationNotice();
     // Shows aFrame's stored values through the display range.
