@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QVector>
 
 #include <tiffio.h>
@@ -100,11 +101,22 @@ bool OvTiffReader::open(QString* anError)
         fail(anError, damaged());
         return false;
     }
-    if (count < 1 || !TIFFSetDirectory(handle, 0)) {
+    // Reduced-resolution copies (thumbnails, previews) are no frames.
+    for (tdir_t directory = 0; directory < count; ++directory) {
+        if (!TIFFSetDirectory(handle, directory)) {
+            fail(anError, damaged());
+            return false;
+        }
+        uint32_t kind = 0;
+        TIFFGetField(handle, TIFFTAG_SUBFILETYPE, &kind);
+        if (!(kind & FILETYPE_REDUCEDIMAGE))
+            directories.append(directory);
+    }
+    if (directories.isEmpty() || !TIFFSetDirectory(handle, directories.first())) {
         fail(anError, tr("the TIFF has no readable page"));
         return false;
     }
-    pages = int(count);
+    pages = directories.size();
 
     char* text = nullptr;
     if (TIFFGetField(handle, TIFFTAG_IMAGEDESCRIPTION, &text) && text)
@@ -116,7 +128,122 @@ bool OvTiffReader::open(QString* anError)
     TIFFGetField(handle, TIFFTAG_YRESOLUTION, &yResolution);
     TIFFGetFieldDefaulted(handle, TIFFTAG_RESOLUTIONUNIT, &unit);
     firstCalibration = OvFileCalibration::fromTiff(firstDescription, xResolution, yResolution, unit);
+    return findContiguousImages(anError);
+}
+
+bool OvTiffReader::findContiguousImages(QString* anError)
+{
+    static const QRegularExpression kImages(QStringLiteral("^images=(\\d+)$"), QRegularExpression::MultilineOption);
+    const int images = firstDescription.startsWith(QLatin1String("ImageJ="))
+        ? kImages.match(firstDescription).captured(1).toInt()
+        : 0;
+    if (images <= 1 || pages != 1)
+        return true;
+    // ImageJ writes the images of a large stack one after the other behind
+    // the first page's data, which has the only directory: uncompressed,
+    // in strips that follow each other.
+    uint16_t compression = COMPRESSION_NONE;
+    uint16_t bits = 1;
+    uint16_t samples = 1;
+    uint16_t planar = PLANARCONFIG_CONTIG;
+    uint32_t width = 0;
+    uint32_t height = 0;
+    TIFFGetFieldDefaulted(handle, TIFFTAG_COMPRESSION, &compression);
+    TIFFGetFieldDefaulted(handle, TIFFTAG_BITSPERSAMPLE, &bits);
+    TIFFGetFieldDefaulted(handle, TIFFTAG_SAMPLESPERPIXEL, &samples);
+    TIFFGetFieldDefaulted(handle, TIFFTAG_PLANARCONFIG, &planar);
+    TIFFGetField(handle, TIFFTAG_IMAGEWIDTH, &width);
+    TIFFGetField(handle, TIFFTAG_IMAGELENGTH, &height);
+    uint64_t* offsets = nullptr;
+    uint64_t* byteCounts = nullptr;
+    const int strips = int(TIFFNumberOfStrips(handle));
+    if (compression != COMPRESSION_NONE || TIFFIsTiled(handle) || planar != PLANARCONFIG_CONTIG
+        || (bits != 8 && bits != 16) || (samples != 1 && samples != 3) || strips < 1
+        || !TIFFGetField(handle, TIFFTAG_STRIPOFFSETS, &offsets)
+        || !TIFFGetField(handle, TIFFTAG_STRIPBYTECOUNTS, &byteCounts))
+        return true;
+    const quint64 imageBytes = quint64(width) * height * samples * (bits / 8);
+    quint64 stored = 0;
+    for (int strip = 0; strip < strips; ++strip) {
+        if (offsets[strip] != offsets[0] + stored)
+            return true;
+        stored += byteCounts[strip];
+    }
+    if (stored < imageBytes)
+        return true;
+    const quint64 needed = offsets[0] + quint64(images) * imageBytes;
+    if (quint64(QFileInfo(file).size()) < needed) {
+        fail(anError, tr("the ImageJ stack holds %1 images, but the file ends before the last (cut short)")
+                          .arg(images));
+        return false;
+    }
+    contiguousOffset = offsets[0];
+    contiguousBytes = imageBytes;
+    pages = images;
     return true;
+}
+
+QImage OvTiffReader::readContiguous(int aPage, QString* anError)
+{
+    // Page 0's directory describes every image.
+    uint16_t bits = 8;
+    uint16_t samples = 1;
+    uint16_t photometric = PHOTOMETRIC_MINISBLACK;
+    uint32_t width = 0;
+    uint32_t height = 0;
+    TIFFSetDirectory(handle, directories.first());
+    TIFFGetFieldDefaulted(handle, TIFFTAG_BITSPERSAMPLE, &bits);
+    TIFFGetFieldDefaulted(handle, TIFFTAG_SAMPLESPERPIXEL, &samples);
+    TIFFGetField(handle, TIFFTAG_PHOTOMETRIC, &photometric);
+    TIFFGetField(handle, TIFFTAG_IMAGEWIDTH, &width);
+    TIFFGetField(handle, TIFFTAG_IMAGELENGTH, &height);
+    QFile in(file);
+    QByteArray data;
+    if (in.open(QIODevice::ReadOnly) && in.seek(qint64(contiguousOffset + quint64(aPage) * contiguousBytes)))
+        data = in.read(qint64(contiguousBytes));
+    if (quint64(data.size()) != contiguousBytes) {
+        fail(anError, tr("page %1: %2").arg(aPage + 1).arg(tr("the TIFF is damaged or cut short")));
+        return QImage();
+    }
+    const bool bigEndian = TIFFIsBigEndian(handle);
+    const bool invert = photometric == PHOTOMETRIC_MINISWHITE;
+    const int w = int(width);
+    const auto* bytes = reinterpret_cast<const uchar*>(data.constData());
+    const auto sample16 = [&](quint64 anIndex) {
+        const uchar first = bytes[anIndex * 2];
+        const uchar second = bytes[anIndex * 2 + 1];
+        return bigEndian ? quint16((first << 8) | second) : quint16(first | (second << 8));
+    };
+    if (samples == 1) {
+        QImage image(w, int(height), bits == 16 ? QImage::Format_Grayscale16 : QImage::Format_Grayscale8);
+        for (int y = 0; y < int(height); ++y) {
+            for (int x = 0; x < w; ++x) {
+                const quint64 index = quint64(y) * w + x;
+                if (bits == 16) {
+                    const quint16 value = sample16(index);
+                    reinterpret_cast<quint16*>(image.scanLine(y))[x] = invert ? quint16(0xFFFF - value) : value;
+                } else {
+                    image.scanLine(y)[x] = invert ? uchar(255 - bytes[index]) : bytes[index];
+                }
+            }
+        }
+        return image;
+    }
+    QImage image(w, int(height), bits == 16 ? QImage::Format_RGBA64 : QImage::Format_RGB32);
+    for (int y = 0; y < int(height); ++y) {
+        for (int x = 0; x < w; ++x) {
+            const quint64 index = (quint64(y) * w + x) * 3;
+            if (bits == 16) {
+                auto* pixel = reinterpret_cast<quint16*>(image.scanLine(y)) + x * 4;
+                for (int c = 0; c < 3; ++c)
+                    pixel[c] = sample16(index + c);
+                pixel[3] = 0xFFFF;
+            } else {
+                reinterpret_cast<QRgb*>(image.scanLine(y))[x] = qRgb(bytes[index], bytes[index + 1], bytes[index + 2]);
+            }
+        }
+    }
+    return image;
 }
 
 QImage OvTiffReader::readPage(int aPage, QString* anError)
@@ -127,8 +254,10 @@ QImage OvTiffReader::readPage(int aPage, QString* anError)
     };
     if (!handle || aPage < 0 || aPage >= pages)
         return failed(tr("there is no such page"));
+    if (aPage > 0 && contiguousBytes > 0)
+        return readContiguous(aPage, anError);
     libraryMessage.clear();
-    if (!TIFFSetDirectory(handle, tdir_t(aPage)))
+    if (!TIFFSetDirectory(handle, directories.at(aPage)))
         return failed(damaged());
 
     uint32_t width = 0;

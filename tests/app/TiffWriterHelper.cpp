@@ -87,3 +87,71 @@ QImage TiffWriterHelper::filled(const QSize& aSize, int aValue, QImage::Format a
     }
     return image;
 }
+
+bool TiffWriterHelper::writeContiguousImageJ(const QString& aPath, const QList<QImage>& aPages, bool aBigEndian,
+                                             qint64 aKeepBytes)
+{
+    QByteArray out;
+    const auto put16 = [&](quint32 aValue) {
+        const char low = char(aValue & 0xFF);
+        const char high = char((aValue >> 8) & 0xFF);
+        out.append(aBigEndian ? high : low);
+        out.append(aBigEndian ? low : high);
+    };
+    const auto put32 = [&](quint32 aValue) {
+        if (aBigEndian) {
+            put16(aValue >> 16);
+            put16(aValue & 0xFFFF);
+        } else {
+            put16(aValue & 0xFFFF);
+            put16(aValue >> 16);
+        }
+    };
+    const QImage& first = aPages.first();
+    const QByteArray description = QStringLiteral("ImageJ=1.53t\nimages=%1\nslices=%1\nunit=micron\n")
+                                       .arg(aPages.size()).toLatin1() + '\0';
+    const quint32 entries = 11;
+    const quint32 descriptionAt = 8 + 2 + entries * 12 + 4;
+    const quint32 dataAt = (descriptionAt + quint32(description.size()) + 1) & ~1u;
+    const quint32 imageBytes = quint32(first.width() * first.height() * 2);
+    out.append(aBigEndian ? QByteArray("MM\0*", 4) : QByteArray("II*\0", 4));
+    put32(8);
+    put16(entries);
+    const auto entry = [&](quint32 aTag, quint32 aType, quint32 aCount, quint32 aValue) {
+        put16(aTag);
+        put16(aType);
+        put32(aCount);
+        if (aType == 3 && aCount == 1) {
+            put16(aValue);
+            put16(0);
+        } else {
+            put32(aValue);
+        }
+    };
+    entry(256, 4, 1, quint32(first.width()));
+    entry(257, 4, 1, quint32(first.height()));
+    entry(258, 3, 1, 16);
+    entry(259, 3, 1, 1);
+    entry(262, 3, 1, 1);
+    entry(270, 2, quint32(description.size()), descriptionAt);
+    entry(273, 4, 1, dataAt);
+    entry(277, 3, 1, 1);
+    entry(278, 4, 1, quint32(first.height()));
+    entry(279, 4, 1, imageBytes);
+    entry(296, 3, 1, 1);
+    put32(0);
+    out.append(description);
+    while (quint32(out.size()) < dataAt)
+        out.append('\0');
+    for (const QImage& page : aPages) {
+        for (int y = 0; y < page.height(); ++y) {
+            const auto* line = reinterpret_cast<const quint16*>(page.constScanLine(y));
+            for (int x = 0; x < page.width(); ++x)
+                put16(line[x]);
+        }
+    }
+    QFile file(aPath);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return false;
+    return file.write(aKeepBytes >= 0 ? out.left(int(aKeepBytes)) : out) >= 0;
+}

@@ -20,6 +20,11 @@ public:
 
     static bool write(const QString& aPath, const QList<QImage>& aPages, const Tags& aTags);
     static bool write(const QString& aPath, const QList<QImage>& aPages) { return write(aPath, aPages, Tags{}); }
+    // An ImageJ stack as ImageJ writes large ones: one directory (big-endian
+    // when asked), the 16-bit greyscale images one after the other behind it.
+    // aKeepBytes cuts the file short (all of it when negative).
+    static bool writeContiguousImageJ(const QString& aPath, const QList<QImage>& aPages, bool aBigEndian,
+                                      qint64 aKeepBytes = -1);
     // A 16-bit picture of aSize: aField everywhere, aDisc inside a centred disc of aRadius.
     static QImage disc(const QSize& aSize, int aRadius, quint16 aField, quint16 aDisc);
     // A 16-bit (or 8-bit) picture filled with aValue.

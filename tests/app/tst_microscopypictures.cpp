@@ -172,6 +172,35 @@ private slots:
         }
     }
 
+    void imageJStackBehindOneDirectory_data()
+    {
+        QTest::addColumn<bool>("bigEndian");
+        QTest::newRow("little-endian") << false;
+        QTest::newRow("big-endian") << true;
+    }
+
+    void imageJStackBehindOneDirectory()
+    {
+        QFETCH(bool, bigEndian);
+        QList<QImage> pages;
+        for (int page = 0; page < 3; ++page)
+            pages << TiffWriterHelper::disc(kSize, 20 + 30 * page, quint16(100 + page), quint16(40000 + page));
+        QVERIFY(TiffWriterHelper::writeContiguousImageJ(path("contiguous.tif"), pages, bigEndian));
+        open(path("contiguous.tif"));
+        QCOMPARE(window->frameCount(), 3);
+        for (int frame = 2; frame >= 0; --frame) {
+            QVERIFY(window->showFrame(frame));
+            QCOMPARE(window->currentFrameImage(), pages.at(frame));
+        }
+        // Cut inside the last image: refused whole.
+        const qint64 size = QFileInfo(path("contiguous.tif")).size();
+        QVERIFY(TiffWriterHelper::writeContiguousImageJ(path("cut.tif"), pages, bigEndian, size - 100));
+        QString error;
+        QVERIFY(!window->openImage(path("cut.tif"), &error));
+        QVERIFY2(error.contains(QLatin1String("cut short")), qPrintable(error));
+        QCOMPARE(window->frameCount(), 3);
+    }
+
     void calibrationFromTheFile_data()
     {
         QTest::addColumn<Tags>("tags");
