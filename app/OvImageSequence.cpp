@@ -109,6 +109,7 @@ bool OvImageSequence::open(const QStringList& aFiles, QString* anError)
     QSize first;
     OvFileCalibration calibrationFound;
     QString stackFound;
+    std::shared_ptr<OvTiffReader> kept;
     const auto add = [&](const QImage& anImage, const Frame& aFrame) {
         if (anImage.isNull())
             return false;
@@ -129,18 +130,20 @@ bool OvImageSequence::open(const QStringList& aFiles, QString* anError)
         // files every file is one frame.
         int pages = 1;
         if (OvTiffReader::looksLikeTiff(file)) {
-            OvTiffReader tiff(file);
-            if (!tiff.open(anError))
+            auto reader = std::make_shared<OvTiffReader>(file);
+            if (!reader->open(anError))
                 return false;
-            if (aFiles.size() == 1)
-                pages = tiff.pageCount();
+            if (aFiles.size() == 1) {
+                pages = reader->pageCount();
+                kept = reader;
+            }
             if (found.isEmpty()) {
-                calibrationFound = tiff.calibration();
-                stackFound = describeImageJ(tiff.description());
+                calibrationFound = reader->calibration();
+                stackFound = describeImageJ(reader->description());
             }
             // One reader for all pages: libtiff walks to each page from the last.
             for (int page = 0; page < pages; ++page) {
-                if (!add(tiff.readPage(page, anError), Frame{ file, page }))
+                if (!add(reader->readPage(page, anError), Frame{ file, page }))
                     return false;
             }
             continue;
@@ -160,6 +163,7 @@ bool OvImageSequence::open(const QStringList& aFiles, QString* anError)
     frames = found;
     size = first;
     fileCalibration = calibrationFound;
+    tiff = kept;
     stackText = stackFound;
     return true;
 }
@@ -168,5 +172,7 @@ QImage OvImageSequence::frame(int aFrame) const
 {
     if (aFrame < 0 || aFrame >= frames.size())
         return QImage();
+    if (tiff)
+        return tiff->readPage(frames.at(aFrame).page, nullptr);
     return read(frames.at(aFrame), nullptr);
 }

@@ -8,6 +8,10 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
+class OvTiffReader;
+
 // The pictures of a time series shown as the frames of one video: several
 // picture files in the given order, or the pages of a multi-page TIFF or an
 // ImageJ stack. Frames are read when shown, so long series cost no memory up
@@ -48,6 +52,8 @@ private:
     static QImage read(const Frame& aFrame, QString* anError);
 
     QList<Frame> frames;
+    // A single TIFF stays open, so showing a frame reads only its page.
+    std::shared_ptr<OvTiffReader> tiff;
     QSize size;
     OvFileCalibration fileCalibration;
     QString stackText;
