@@ -51,7 +51,7 @@ QString OvFileCalibration::sourceText() const
     case ResolutionTags:
         return tr("resolution tags");
     case PictureText:
-        return tr("picture's UmPerPixel text");
+        return tr("UmPerPixel text");
     case NoSource:
         break;
     }
