@@ -3,6 +3,7 @@
 #include "KxSignalCenter.h"
 #include "OvGestureReplayer.h"
 #include "OvGestureScript.h"
+#include "OvLanguage.h"
 #include "OvMeasurementExporter.h"
 #include "OvViewerMainWindow.h"
 
@@ -76,8 +77,18 @@ int main(int argc, char* argv[])
     const QCommandLineOption save(QStringLiteral("save"),
                                   QStringLiteral("Save the measurements (after the script)."),
                                   QStringLiteral("FILE.json"));
-    parser.addOptions({ calibration, script, exportCsv, screenshot, quit, demo, scaling, load, save });
+    const QCommandLineOption language(QStringLiteral("language"),
+                                      QStringLiteral("Language of the texts, e.g. de or en (default: the system's)."),
+                                      QStringLiteral("CODE"));
+    parser.addOptions({ calibration, script, exportCsv, screenshot, quit, demo, scaling, load, save, language });
     parser.process(app);
+
+    // Before any window or plug-in text exists. An unknown language is no
+    // reason to stop: the texts stay English.
+    if (OvLanguage::install(parser.value(language)).isEmpty())
+        complain(QStringLiteral("no translation for '%1' (there are: %2); the texts stay English")
+                     .arg(parser.value(language), OvLanguage::available().join(QStringLiteral(", "))),
+                 ExitOk);
 
     if (parser.isSet(scaling)) {
         bool ok = false;

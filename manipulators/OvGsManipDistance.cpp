@@ -9,6 +9,7 @@
 #include "OvGsCircle.h"
 #include "OvGsDistance.h"
 #include "OvGuiMeasurementTool.h"
+#include "OvQtCompat.h"
 
 #include <QGraphicsSceneHoverEvent>
 #include <QGraphicsSceneMouseEvent>
@@ -33,7 +34,7 @@ OvGsManipFrame::Kind distanceKind()
 
 QPoint rounded(const QPointF& aPoint)
 {
-    return QPoint(qRound(aPoint.x()), qRound(aPoint.y()));
+    return QPoint(OvQtCompat::round(aPoint.x()), OvQtCompat::round(aPoint.y()));
 }
 
 double lengthOf(const QPointF& aVector)

@@ -13,6 +13,7 @@
 #include "OvDeviceSetManager.h"
 #include "OvGsObject.h"
 #include "OvGuiMeasurementTool.h"
+#include "OvQtCompat.h"
 #include "OvToolBase.h"
 
 #include <QCoreApplication>
@@ -671,7 +672,7 @@ void OvGsManipFrame::rescaleDefaultKeyframes(QSize anOld, QSize aNew)
         if (keyframes.size() < kParamCount)
             continue;
         const QPoint pos = keyframes[3].getValue().toPoint();
-        keyframes[3].setValue(QPoint(qRound(pos.x() * factor), qRound(pos.y() * factor)));
+        keyframes[3].setValue(QPoint(OvQtCompat::round(pos.x() * factor), OvQtCompat::round(pos.y() * factor)));
         descr->setValue(keyframes, geometryKey, scaleGeometry(descr->getValue(keyframes, geometryKey), factor));
         data->update(keyframes);
     }
@@ -685,10 +686,10 @@ void OvGsManipFrame::rescaleItems(double)
 
 QVariant OvGsManipFrame::scaleGeometry(const QVariant& aGeometry, double aFactor) const
 {
-    switch (static_cast<int>(aGeometry.type())) {
+    switch (aGeometry.userType()) {
     case QMetaType::QPoint: {
         const QPoint point = aGeometry.toPoint();
-        return QPoint(qRound(point.x() * aFactor), qRound(point.y() * aFactor));
+        return QPoint(OvQtCompat::round(point.x() * aFactor), OvQtCompat::round(point.y() * aFactor));
     }
     case QMetaType::QPointF:
         return aGeometry.toPointF() * aFactor;
@@ -701,7 +702,7 @@ QVariant OvGsManipFrame::scaleGeometry(const QVariant& aGeometry, double aFactor
     case QMetaType::QPolygon: {
         QPolygon polygon = aGeometry.value<QPolygon>();
         for (QPoint& point : polygon)
-            point = QPoint(qRound(point.x() * aFactor), qRound(point.y() * aFactor));
+            point = QPoint(OvQtCompat::round(point.x() * aFactor), OvQtCompat::round(point.y() * aFactor));
         return polygon;
     }
     default:
@@ -741,7 +742,7 @@ KxParamKeyframeVector OvGsManipFrame::createObjectKeyframes(const OvGsObject* an
     keyframes[0].setValue(true);
     keyframes[1].setValue(anItem->getColor());
     keyframes[2].setValue(valueNameOf(anItem));
-    keyframes[3].setValue(QPoint(qRound(pos.x()), qRound(pos.y())) + getViewOrigin());
+    keyframes[3].setValue(QPoint(OvQtCompat::round(pos.x()), OvQtCompat::round(pos.y())) + getViewOrigin());
     keyframes[4].setValue(false);
     descr->setValue(keyframes, QString::fromLatin1(kind.geometryKey), aGeometry);
     descr->setValue(keyframes, QStringLiteral("w"), anItem->penWidth);
@@ -866,7 +867,7 @@ void OvGsManipFrame::gsObjectChangedShape(KxGsObject* anObj)
     const KxKernelObjectDataDescr* descr = getDescriptor();
     KxParamKeyframeVector keyframes = descr->createKeyframeVector();
     const QPointF pos = anObj->pos();
-    keyframes[3].setValue(QPoint(qRound(pos.x()), qRound(pos.y())) + getViewOrigin());
+    keyframes[3].setValue(QPoint(OvQtCompat::round(pos.x()), OvQtCompat::round(pos.y())) + getViewOrigin());
     descr->setValue(keyframes, QString::fromLatin1(kind.geometryKey), itemGeometry(anObj));
     const KxKernelObjectData* data = kernelData->getObject(kind.objectType, index);
     if (data && data->animated)

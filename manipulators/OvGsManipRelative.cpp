@@ -13,6 +13,7 @@
 #include "OvGsDistance.h"
 #include "OvGsRelativeDistance.h"
 #include "OvGuiMeasurementTool.h"
+#include "OvQtCompat.h"
 
 #include <QCoreApplication>
 #include <QGraphicsScene>
@@ -38,7 +39,7 @@ double lengthOf(const QPointF& aVector)
 
 QPoint rounded(const QPointF& aPoint)
 {
-    return QPoint(qRound(aPoint.x()), qRound(aPoint.y()));
+    return QPoint(OvQtCompat::round(aPoint.x()), OvQtCompat::round(aPoint.y()));
 }
 
 } // namespace

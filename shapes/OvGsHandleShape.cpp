@@ -1,6 +1,7 @@
 #include "OvGsHandleShape.h"
 
 #include "KxGsManipulator.h"
+#include "OvQtCompat.h"
 
 #include <QBrush>
 #include <QColor>
@@ -77,7 +78,7 @@ void OvGsHandleShape::manipMousePressEvent(QMouseEvent* anEvent)
         return;
 
     OvGsObject::manipMousePressEvent(anEvent);
-    const QPointF point = roundedPoint(anEvent->localPos());
+    const QPointF point = roundedPoint(OvQtCompat::localPos(anEvent));
     if (anEvent->isAccepted()) {
         reshaping = isPointOnLabel(point);
         return;
@@ -88,7 +89,7 @@ void OvGsHandleShape::manipMousePressEvent(QMouseEvent* anEvent)
     int part = 0;
     if (activeNode >= 0)
         reshaping = true;
-    else if (isPointOnObject(anEvent->localPos(), part, tol))
+    else if (isPointOnObject(OvQtCompat::localPos(anEvent), part, tol))
         moving = canMoveWhole();
     else
         return;
@@ -108,7 +109,7 @@ void OvGsHandleShape::manipMouseMoveEvent(QMouseEvent* anEvent)
     if (moving)
         translateBy(delta);
     else if (reshaping)
-        dragHandle(activeNode, roundedPoint(anEvent->localPos()), delta);
+        dragHandle(activeNode, roundedPoint(OvQtCompat::localPos(anEvent)), delta);
     lastMousePos = pointer;
     anEvent->accept();
 }
@@ -172,7 +173,7 @@ bool OvGsHandleShape::solidWhileIdle() const
 
 QPointF OvGsHandleShape::roundedPoint(const QPointF& aPoint)
 {
-    return QPointF(qRound(aPoint.x()), qRound(aPoint.y()));
+    return QPointF(OvQtCompat::round(aPoint.x()), OvQtCompat::round(aPoint.y()));
 }
 
 QRectF OvGsHandleShape::probeRect(const QPointF& aPoint, int aTol)
@@ -210,7 +211,7 @@ QRectF OvGsHandleShape::nodeRect(const QPointF& aCentre) const
 
 QPointF OvGsHandleShape::pointerInParent(const QMouseEvent* anEvent) const
 {
-    return roundedPoint(mapToParent(anEvent->localPos()));
+    return roundedPoint(mapToParent(OvQtCompat::localPos(anEvent)));
 }
 
 QPen OvGsHandleShape::prepareOutline(QPainter* aPainter) const
