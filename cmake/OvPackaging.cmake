@@ -13,14 +13,13 @@ set(CPACK_PACKAGE_NAME ovmeasure)
 set(CPACK_PACKAGE_VENDOR "OvMeasure")
 set(CPACK_PACKAGE_CONTACT "OvMeasure developers <ovmeasure@localhost>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Measurement plug-in and viewer for calibrated microscope pictures")
-set(CPACK_PACKAGE_DESCRIPTION
-    "Ov Viewer opens microscope pictures and picture series, calibrates them and\n"
-    "measures distances, circles, angles, areas, free lines and perpendicular and\n"
-    "parallel distances through its Measurement plug-in; values go to a results\n"
-    "table, a CSV export and saved measurement files.")
+set(CPACK_PACKAGE_DESCRIPTION "Ov Viewer opens microscope pictures and picture series, calibrates them and \
+measures distances, circles, angles, areas, free lines and perpendicular and parallel distances \
+through its Measurement plug-in; values go to a results table, a CSV export and saved measurement files.")
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_GENERATOR DEB)
+set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
