@@ -44,6 +44,45 @@
     </message>
 </context>
 <context>
+    <name>OvBrightnessContrastDialog</name>
+    <message>
+        <source>&amp;Auto</source>
+        <translation>&amp;Automatisch</translation>
+    </message>
+    <message>
+        <source>&amp;Reset</source>
+        <translation>&amp;Zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Brightness/Contrast</source>
+        <translation>Helligkeit/Kontrast</translation>
+    </message>
+    <message>
+        <source>Spread the picture&apos;s values over black to white, a few saturated at each end</source>
+        <translation>Die Werte des Bildes von Schwarz bis Weiß spreizen, an beiden Enden einige gesättigt</translation>
+    </message>
+    <message>
+        <source>Show the whole range the picture&apos;s samples can hold</source>
+        <translation>Den ganzen Wertebereich zeigen, den die Pixel des Bildes fassen können</translation>
+    </message>
+    <message>
+        <source>Minimum</source>
+        <translation>Minimum</translation>
+    </message>
+    <message>
+        <source>Maximum</source>
+        <translation>Maximum</translation>
+    </message>
+    <message>
+        <source>Changes only how the picture is shown, on every frame; its values, the files and the measurements stay as they are.</source>
+        <translation>Ändert nur die Darstellung des Bildes, auf jedem Bild der Serie; seine Werte, die Dateien und die Messungen bleiben unverändert.</translation>
+    </message>
+    <message>
+        <source>Values %1 to %2 of 0 to %3</source>
+        <translation>Werte %1 bis %2 von 0 bis %3</translation>
+    </message>
+</context>
+<context>
     <name>OvCalibrateCommand</name>
     <message>
         <source>Calibrate %1 µm/px</source>
@@ -103,6 +142,25 @@
     <message>
         <source>%1 (%2 µm/px)</source>
         <translation>%1 (%2 µm/px)</translation>
+    </message>
+</context>
+<context>
+    <name>OvFileCalibration</name>
+    <message>
+        <source>ImageJ description</source>
+        <translation>ImageJ-Beschreibung</translation>
+    </message>
+    <message>
+        <source>OME-XML metadata</source>
+        <translation>OME-XML-Metadaten</translation>
+    </message>
+    <message>
+        <source>resolution tags</source>
+        <translation>Auflösungs-Tags</translation>
+    </message>
+    <message>
+        <source>UmPerPixel text</source>
+        <translation>UmPerPixel-Text</translation>
     </message>
 </context>
 <context>
@@ -378,6 +436,26 @@
         <source>Frame %1 (%2) has %3 x %4 pixels; the first frame has %5 x %6</source>
         <translation>Bild %1 (%2) hat %3 × %4 Pixel, das erste Bild hat %5 × %6</translation>
     </message>
+    <message>
+        <source>%1 channels</source>
+        <translation>%1 Kanäle</translation>
+    </message>
+    <message>
+        <source>%1 slices</source>
+        <translation>%1 Schnittebenen</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 Zeitpunkte</translation>
+    </message>
+    <message>
+        <source>ImageJ hyperstack: %1</source>
+        <translation>ImageJ-Hyperstack: %1</translation>
+    </message>
+    <message>
+        <source>ImageJ stack: %1</source>
+        <translation>ImageJ-Stapel: %1</translation>
+    </message>
 </context>
 <context>
     <name>OvLineCalibrationDialog</name>
@@ -452,6 +530,10 @@
         <source>%1 was measured on a picture of %2 x %3 pixels; this one has %4 x %5</source>
         <translation>%1 wurde auf einem Bild mit %2 × %3 Pixeln gemessen, dieses hat %4 × %5</translation>
     </message>
+    <message>
+        <source>from the measurement file</source>
+        <translation>aus der Messdatei</translation>
+    </message>
 </context>
 <context>
     <name>OvMeasurementToolPlugin</name>
@@ -500,6 +582,69 @@
     <message>
         <source>Frame</source>
         <translation>Bild</translation>
+    </message>
+</context>
+<context>
+    <name>OvTiffReader</name>
+    <message>
+        <source>the TIFF is damaged or cut short</source>
+        <translation>Das TIFF ist beschädigt oder unvollständig</translation>
+    </message>
+    <message>
+        <source>the TIFF is damaged or cut short (%1)</source>
+        <translation>Das TIFF ist beschädigt oder unvollständig (%1)</translation>
+    </message>
+    <message>
+        <source>Cannot open %1: %2</source>
+        <translation>%1 lässt sich nicht öffnen: %2</translation>
+    </message>
+    <message>
+        <source>the file does not exist</source>
+        <translation>Die Datei existiert nicht</translation>
+    </message>
+    <message>
+        <source>it is not a TIFF picture</source>
+        <translation>Es ist kein TIFF-Bild</translation>
+    </message>
+    <message>
+        <source>the TIFF has no readable page</source>
+        <translation>Das TIFF hat keine lesbare Seite</translation>
+    </message>
+    <message>
+        <source>the ImageJ stack holds %1 images, but the file ends before the last (cut short)</source>
+        <translation>Der ImageJ-Stapel umfasst %1 Bilder, doch die Datei endet vor dem letzten (unvollständig)</translation>
+    </message>
+    <message>
+        <source>page %1: %2</source>
+        <translation>Seite %1: %2</translation>
+    </message>
+    <message>
+        <source>there is no such page</source>
+        <translation>Diese Seite gibt es nicht</translation>
+    </message>
+    <message>
+        <source>the page has no valid size (%1 x %2)</source>
+        <translation>Die Seite hat keine gültige Größe (%1 × %2)</translation>
+    </message>
+    <message>
+        <source>the page of %1 x %2 pixels is too large</source>
+        <translation>Die Seite mit %1 × %2 Pixeln ist zu groß</translation>
+    </message>
+    <message>
+        <source>floating-point samples are not supported (8- and 16-bit pictures are)</source>
+        <translation>Gleitkomma-Pixelwerte werden nicht unterstützt (8- und 16-Bit-Bilder schon)</translation>
+    </message>
+    <message>
+        <source>the TIFF&apos;s tiles have no size</source>
+        <translation>Die Kacheln des TIFF haben keine Größe</translation>
+    </message>
+    <message>
+        <source>%1-bit samples are not supported (8- and 16-bit pictures are)</source>
+        <translation>%1-Bit-Pixelwerte werden nicht unterstützt (8- und 16-Bit-Bilder schon)</translation>
+    </message>
+    <message>
+        <source>this kind of TIFF is not supported (%1)</source>
+        <translation>Diese Art von TIFF wird nicht unterstützt (%1)</translation>
     </message>
 </context>
 <context>
@@ -797,6 +942,78 @@
     <message>
         <source>Drag a line over the scale bar or stage micrometer to calibrate from (Esc cancels)</source>
         <translation>Ziehen Sie zum Kalibrieren eine Linie über den Maßstabsbalken oder das Objektmikrometer (Esc bricht ab)</translation>
+    </message>
+    <message>
+        <source>Calibrate...</source>
+        <translation>Kalibrieren...</translation>
+    </message>
+    <message>
+        <source>Calibrate…</source>
+        <translation>Kalibrieren…</translation>
+    </message>
+    <message>
+        <source>Type the size of one pixel</source>
+        <translation>Die Größe eines Pixels eingeben</translation>
+    </message>
+    <message>
+        <source>From a Line...</source>
+        <translation>Mit einer Linie...</translation>
+    </message>
+    <message>
+        <source>From a Line…</source>
+        <translation>Mit einer Linie…</translation>
+    </message>
+    <message>
+        <source>Drag a line over the scale bar and type its true length</source>
+        <translation>Eine Linie über den Maßstabsbalken ziehen und ihre wahre Länge eingeben</translation>
+    </message>
+    <message>
+        <source>&amp;Brightness/Contrast...</source>
+        <translation>&amp;Helligkeit/Kontrast...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+C</source>
+        <translation>Ctrl+Shift+C</translation>
+    </message>
+    <message>
+        <source>from the file&apos;s %1</source>
+        <translation>aus der Datei (%1)</translation>
+    </message>
+    <message>
+        <source>; %1</source>
+        <translation>; %1</translation>
+    </message>
+    <message>
+        <source>; calibrated from its %1</source>
+        <translation>; kalibriert über %1</translation>
+    </message>
+    <message>
+        <source>; uncalibrated</source>
+        <translation>; nicht kalibriert</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>%1 × %2 µm/px</source>
+        <translation>%1 × %2 µm/px</translation>
+    </message>
+    <message>
+        <source> (%1)</source>
+        <translation> (%1)</translation>
+    </message>
+    <message>
+        <source>typed</source>
+        <translation>eingegeben</translation>
+    </message>
+    <message>
+        <source>Measuring needs a calibration: this picture does not say how large its pixels are.</source>
+        <translation>Zum Messen braucht es eine Kalibrierung: Dieses Bild gibt nicht an, wie groß seine Pixel sind.</translation>
+    </message>
+    <message>
+        <source>from a line</source>
+        <translation>mit einer Linie</translation>
     </message>
 </context>
 <context>
