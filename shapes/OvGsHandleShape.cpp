@@ -8,6 +8,8 @@
 #include <QPainter>
 #include <QtMath>
 
+#include <algorithm>
+
 namespace {
 
 const double kNodeSize = 11.0;
@@ -175,10 +177,12 @@ QPointF OvGsHandleShape::roundedPoint(const QPointF& aPoint)
     return QPointF(qRound(aPoint.x()), qRound(aPoint.y()));
 }
 
-QRectF OvGsHandleShape::probeRect(const QPointF& aPoint, int aTol)
+QRectF OvGsHandleShape::probeRect(const QPointF& aPoint, int aTol) const
 {
-    const int half = aTol / 2;
-    return QRectF(aPoint - QPointF(half, half), QSizeF(aTol, aTol));
+    // Centred on the point: with a small integer tolerance, half of it
+    // rounded down would leave the probe beside the point.
+    const double side = std::max(double(aTol), selSize);
+    return QRectF(aPoint - QPointF(side / 2.0, side / 2.0), QSizeF(side, side));
 }
 
 bool OvGsHandleShape::isUsableZoom(double aZoom)

@@ -99,8 +99,11 @@ protected:
     virtual bool solidWhileIdle() const;
 
     static QPointF roundedPoint(const QPointF& aPoint);
-    // The square of side aTol around aPoint that hit tests probe with.
-    static QRectF probeRect(const QPointF& aPoint, int aTol);
+    // The square around aPoint that hit tests probe with: of side aTol, but
+    // never smaller than the tolerance on screen (selSize), which an integer
+    // tolerance cannot carry at high zoom (below one item unit it truncates
+    // to 0 and nothing would ever be hit).
+    QRectF probeRect(const QPointF& aPoint, int aTol) const;
     static bool isUsableZoom(double aZoom);
     // Whether the segment aFrom-aTo crosses a diagonal of aProbe: how lines
     // are hit tested against a probeRect().
