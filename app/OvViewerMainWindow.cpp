@@ -67,6 +67,8 @@ const char kKeyWindowState[] = "ViewerWindowState";
 const char kKeyLastFolder[] = "LastFolder";
 // Preferred window size; a smaller screen gets 92 % of its free area.
 const QSize kPreferredSize(1400, 900);
+// The lowest window that has the results under the picture.
+const int kResultsBelowMinHeight = 700;
 }
 
 OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
@@ -94,12 +96,12 @@ OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
     historyDock->setWidget(historyView);
     addDockWidget(Qt::RightDockWidgetArea, historyDock);
     resizeDocks({ getToolDock(), historyDock }, { 640, 240 }, Qt::Vertical);
-    // Under the picture, where a table of seven columns has room; the tool
-    // column keeps the window's full height. Dragged elsewhere, it stays
-    // there (the layout is remembered).
+    // A tab beside the history; a window tall enough has it under the picture
+    // (placeResultsDock). Dragged elsewhere, it stays there (the layout is
+    // remembered).
     setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
-    addDockWidget(Qt::BottomDockWidgetArea, results);
-    resizeDocks({ results }, { 180 }, Qt::Vertical);
+    tabifyDockWidget(historyDock, results);
+    historyDock->raise();
     connect(results, &OvResultsDock::signalMeasurementActivated, this, &OvViewerMainWindow::slotShowMeasurement);
     connect(calibrationLine, &OvCalibrationLineManipulator::signalLineDrawn, this,
             &OvViewerMainWindow::askLineCalibration);
@@ -239,6 +241,7 @@ QStringList OvViewerMainWindow::loadPlugins()
         getToolDock()->setMinimumWidth(width);
         resizeDocks({ getToolDock() }, { width }, Qt::Horizontal);
     }
+    placeResultsDock();
     for (const QString& message : messages)
         reportError(message);
     grouper->watch(getToolDock());
@@ -249,6 +252,19 @@ QStringList OvViewerMainWindow::loadPlugins()
             grouper->watchDialog(widget);
     }
     return messages;
+}
+
+void OvViewerMainWindow::placeResultsDock()
+{
+    // Under the picture a table of seven columns has room, and the tool
+    // column keeps the window's full height; on a low window the picture
+    // needs the height more, and the results stay a tab beside the history.
+    if (height() < kResultsBelowMinHeight || dockWidgetArea(results) == Qt::BottomDockWidgetArea)
+        return;
+    addDockWidget(Qt::BottomDockWidgetArea, results);
+    results->show();
+    // A few rows; the picture keeps most of the height.
+    resizeDocks({ results }, { qBound(100, height() / 6, 180) }, Qt::Vertical);
 }
 
 OvToolBase* OvViewerMainWindow::measurementTool() const

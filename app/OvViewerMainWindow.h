@@ -153,6 +153,8 @@ private Q_SLOTS:
 
 private:
     void createMenus();
+    // Moves the results under the picture when the window is tall enough.
+    void placeResultsDock();
     // Asks whether to open the measurements saved beside the picture, when
     // there are some and the window is used interactively.
     void offerSavedMeasurements();

@@ -236,10 +236,13 @@ bool OvGsObject::isLabelPlacedByHost() const
         return false;
     if (!labelPlaced)
         return true;
-    // Being drawn: not stored yet (a line measured against a selected base
-    // is drawn without becoming current).
+    // Being drawn: not stored yet, and current or the chosen tool's (a line
+    // measured against a selected base is drawn without becoming current).
     const KxGsManipulator* manipulator = getManipulator();
-    return manipulator && manipulator->getObjectIdx(this) < 0;
+    if (!manipulator || manipulator->getObjectIdx(this) >= 0)
+        return false;
+    const KxGsEditor* editor = qobject_cast<const KxGsEditor*>(parentObject());
+    return isCurrent() || (editor && editor->getOverrideManipulator() == manipulator);
 }
 
 bool OvGsObject::isRectOnShape(const QRectF& aRect) const

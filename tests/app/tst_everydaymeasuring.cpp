@@ -216,6 +216,11 @@ private slots:
         QCOMPARE(editor()->getCurrentObject(), line);
         QVERIFY(!editor()->getSelectionBand());
         QCOMPARE(countOf(kDistanceType), 1);
+        // Anywhere on the band the line is drawn as (2 picture pixels wide).
+        editor()->setCurrentObject(nullptr, false);
+        click(QPointF(20, 15.8));
+        QCOMPARE(editor()->getCurrentObject(), line);
+        QCOMPARE(countOf(kDistanceType), 1);
 
         // A press on the visible end handle drags the end.
         zoomOn(zoom, QPointF(30, 15));
