@@ -569,7 +569,8 @@ void OvViewerMainWindow::slotOpenSample()
 
 void OvViewerMainWindow::slotExportValues()
 {
-    const QString file = QFileDialog::getSaveFileName(this, tr("Export Values"), QDir(lastFolder()).filePath(QStringLiteral("values.csv")),
+    const QString file = QFileDialog::getSaveFileName(this, tr("Export Values"),
+                                                      QDir(lastFolder()).filePath(QStringLiteral("values.csv")),
                                                       tr("CSV (*.csv)"));
     if (file.isEmpty())
         return;

@@ -312,7 +312,8 @@ void OvGsObject::placeLabelBeside(const QRectF& anArea)
     const double gap = kLabelPadding * unitsPerPixel();
     const auto onOthers = [&](const QRectF& aRect) {
         const QRectF grown = aRect.adjusted(-gap, -gap, gap, gap);
-        return std::any_of(others.begin(), others.end(), [&](const QRectF& anOther) { return grown.intersects(anOther); });
+        return std::any_of(others.begin(), others.end(),
+                           [&](const QRectF& anOther) { return grown.intersects(anOther); });
     };
     if (anArea.contains(label) && !onOthers(label) && !isRectOnShape(label))
         return;

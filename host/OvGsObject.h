@@ -50,8 +50,8 @@ public:
     // label there would make a handle unreachable.
     void ensureLabelVisible();
     // The host chooses the label's place while the measurement is being drawn
-    // (not stored yet; current or the chosen tool's) and while nobody has placed its label
-    // (an item rebuilt from the store). Once stored, a label placed by the shape, the
+    // (not stored yet; current or the chosen tool's) and while nobody has
+    // placed its label (an item rebuilt from the store). Once stored, a label placed by the shape, the
     // manipulator or the user stays where it was put.
     bool isLabelPlacedByHost() const;
     // True when aRect (item coordinates) covers the shape's line, a handle or
