@@ -121,7 +121,11 @@ void OvGsAngle::adjustScale(double aZoom)
     if (isScaleAdjustAllowed()) {
         prepareGeometryChange();
         arcRadius = kArcRadius / aZoom;
+        // The arc keeps its size on screen; the label stays where it is on the
+        // picture, as every label does on a zoom, and as the store has it.
+        const QPointF label = getLabelPos();
         rebuildArc();
+        setLabelPos(label);
         updateTrashPos();
     }
     update();
@@ -331,7 +335,7 @@ bool OvGsAngle::isPointOnBody(const QPointF& aPoint, int aTol) const
 {
     if (nodes.size() < 2)
         return false;
-    const QRectF probe = probeRect(aPoint, aTol);
+    const QRectF probe = bodyProbeRect(aPoint, aTol);
     const QPointF origin(0.0, 0.0);
     if (crossesDiagonals(origin, outerNode(0), probe))
         return true;
