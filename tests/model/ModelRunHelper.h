@@ -32,6 +32,10 @@ public:
         int fullCheckEvery = 50;
         QStringList seriesFiles;
         QString scratchFile;   // where measurements are saved and reopened
+        // While exploring past a known fault: failures whose message holds
+        // one of these are counted and the run goes on; "labelpos" also
+        // leaves label places out of the round-trip comparisons.
+        QStringList ignore;
     };
 
     ModelRunHelper(OvViewerMainWindow* aWindow, const Options& anOptions);
@@ -39,6 +43,8 @@ public:
     // Empty when every step passed; else what failed, and aFailedStep is the
     // (0-based) step that failed (the action count for the final checks).
     QString run(const QVector<ModelActionHelper>& anActions, int* aFailedStep);
+    // How many failures of the last run were ignored, by ignore entry.
+    QString ignoredSummary() const;
 
 private:
     using Key = ModelStoreHelper::Key;
@@ -98,4 +104,5 @@ private:
     ModelStoreHelper model;
     QVector<std::optional<Snapshot>> history;
     QString failure;
+    QMap<QString, int> ignoredFailures;
 };

@@ -5,6 +5,7 @@
 #include <QColor>
 #include <QMap>
 #include <QPair>
+#include <QPoint>
 #include <QPointF>
 #include <QString>
 #include <QVector>
@@ -48,8 +49,9 @@ public:
     static QPointF lineEnd(const Object& aBase, const QPointF& aStart);
     // Distance from aPoint to the infinite line through the base.
     static double distanceToBase(const Object& aBase, const QPointF& aPoint);
-    // Scales every stored position as a camera-resolution change does.
-    void scale(double aFactor);
+    // Scales every stored position (aPositions, as stored before) as a
+    // camera-resolution change does.
+    void scale(double aFactor, const QMap<Key, QPoint>& aPositions);
 
     // Empty when aStored (parameters at the current frame) holds what the
     // model says of anObject, else what differs.

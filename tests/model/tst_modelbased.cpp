@@ -3,7 +3,9 @@
 // OV_MODEL_SEED replays one seed, OV_MODEL_STEPS sets the steps per seed,
 // OV_MODEL_SEEDS the number of seeds, OV_MODEL_CHECK_EVERY how often the
 // whole history is walked and the file saved and reopened; OV_MODEL_SERIES
-// (0 or 1) chooses the picture series for a replayed seed.
+// (0 or 1) chooses the picture series for a replayed seed; OV_MODEL_IGNORE
+// (comma-separated parts of failure messages, "labelpos" for label places)
+// counts such failures and goes on, to look past a known fault.
 #include "KxKernelData.h"
 #include "ModelActionHelper.h"
 #include "ModelRunHelper.h"
@@ -74,7 +76,8 @@ private slots:
         window->resize(2200, 1600);
         window->show();
         QVERIFY(QTest::qWaitForWindowExposed(window.get()));
-        qInfo("viewport %dx%d", window->getView()->viewport()->width(), window->getView()->viewport()->height());
+        // Nothing is looked at: painting the window would take most of the time.
+        window->setUpdatesEnabled(false);
         // Three frames of the sample's size and calibration.
         for (int frame = 0; frame < 3; ++frame) {
             QImage image(1280, 960, QImage::Format_RGB32);
@@ -120,10 +123,13 @@ private slots:
         options.fullCheckEvery = envNumber("OV_MODEL_CHECK_EVERY", 50);
         options.seriesFiles = seriesFiles;
         options.scratchFile = dir.filePath(QStringLiteral("model.measurements.json"));
+        options.ignore = QString::fromLocal8Bit(qgetenv("OV_MODEL_IGNORE")).split(QLatin1Char(','), Qt::SkipEmptyParts);
         ModelRunHelper runner(window.get(), options);
         const QVector<ModelActionHelper> actions = ModelActionHelper::randomSequence(seed, steps, series);
         int failedStep = -1;
         const QString failure = runner.run(actions, &failedStep);
+        if (!runner.ignoredSummary().isEmpty())
+            qInfo("ignored: %s", qPrintable(runner.ignoredSummary()));
         if (failure.isEmpty())
             return;
 
