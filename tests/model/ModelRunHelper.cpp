@@ -340,7 +340,7 @@ QString ModelRunHelper::itemState(const Key& aKey) const
     for (const QString& name : manipulator->getAnimatedValueNames()) {
         QString unit;
         const QVariant value = manipulator->getCalculatedValue(name, item, unit);
-        values << (value.isValid() ? QString::number(value.toDouble() * unitFactor(unit), 'g', 7) : QStringLiteral("-"));
+        values << (value.isValid() ? QString::number(value.toDouble() * unitFactor(unit), 'g', 6) : QStringLiteral("-"));
     }
     return QStringLiteral("pos (%1,%2) values [%3] trash %4 active %5 label '%6' at %7 anchor %8 font %9 colour %10 "
                           "width %11 visible %12")
@@ -1009,8 +1009,10 @@ bool ModelRunHelper::cameraRoundTrip()
     if (!checkConsistency(QStringLiteral("camera at half resolution")))
         return false;
     // Every shape shrinks about its position: so does the point its label
-    // belongs to.
+    // belongs to (an angle's arc keeps its size on screen).
     for (const Key& key : storedKeys()) {
+        if (key.first == kAngle)
+            continue;
         const QPointF anchor = anchors.value(key) * 0.5;
         OvGsObject* item = itemOf(key);
         if (item && distance(item->getLabelAnchor(), anchor) > 1.5)
