@@ -1032,7 +1032,9 @@ bool ModelRunHelper::cameraRoundTrip()
     if (storeState() == was.store)
         return expectSame(was, QStringLiteral("camera resolution halved and restored"))
                && finishAction(indexBefore, 0, QStringLiteral("camera round trip"));
-    for (int i = 1; i < history.size(); ++i)
+    // Undo gives back what its commands hold, which the camera did not
+    // rescale: only the present state is known any more.
+    for (int i = 0; i < history.size(); ++i)
         history[i].reset();
     history[indexBefore] = snapshot();
     return true;
