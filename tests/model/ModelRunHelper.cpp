@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPolygonF>
+#include <QRegularExpression>
 #include <QSpinBox>
 #include <QUndoStack>
 
@@ -87,6 +88,28 @@ double unitFactor(QString aUnit)
     };
     const double factor = factors.value(aUnit, 1.0);
     return squared ? factor * factor : factor;
+}
+
+// The same text, numbers allowed to differ by aTolerance.
+bool sameText(const QString& a, const QString& b, double aTolerance)
+{
+    if (a == b)
+        return true;
+    static const QRegularExpression number(QStringLiteral("-?\\d+(\\.\\d+)?"));
+    QRegularExpressionMatchIterator ia = number.globalMatch(a);
+    QRegularExpressionMatchIterator ib = number.globalMatch(b);
+    int lastA = 0;
+    int lastB = 0;
+    while (ia.hasNext() && ib.hasNext()) {
+        const QRegularExpressionMatch ma = ia.next();
+        const QRegularExpressionMatch mb = ib.next();
+        if (a.mid(lastA, ma.capturedStart() - lastA) != b.mid(lastB, mb.capturedStart() - lastB)
+            || std::abs(ma.captured().toDouble() - mb.captured().toDouble()) > aTolerance)
+            return false;
+        lastA = ma.capturedEnd();
+        lastB = mb.capturedEnd();
+    }
+    return !ia.hasNext() && !ib.hasNext() && a.mid(lastA) == b.mid(lastB);
 }
 
 bool inPicture(const QPointF& aPoint)
@@ -395,7 +418,10 @@ QString ModelRunHelper::compareSnapshots(const Snapshot& aWas, const Snapshot& a
                 .arg(it.key().first).arg(it.key().second).arg(describeState(it.value()), describeState(now));
     }
     for (auto it = aWas.items.cbegin(); it != aWas.items.cend(); ++it) {
-        if (it.value() != aNow.items.value(it.key()))
+        // An angle's vertex lies between pixels while the store keeps whole
+        // ones: what hangs on it may move by that much.
+        const double tolerance = it.key().first == kAngle ? 1.0 : 0.0;
+        if (!sameText(it.value(), aNow.items.value(it.key()), tolerance))
             return QStringLiteral("item of %1/%2\n    was %3\n    now %4")
                 .arg(it.key().first).arg(it.key().second).arg(it.value(), aNow.items.value(it.key()));
     }
@@ -748,7 +774,7 @@ bool ModelRunHelper::edit(const ModelActionHelper& anAction)
             gone += model.linesOf(key);
         for (const Key& removed : gone)
             model.objects.remove(removed);
-        return finishAction(before, 1 + gone.size() - 1, what);
+        return finishAction(before, 1, what);
     }
 
     const QPointF body = bodyPoint(object);
@@ -824,12 +850,10 @@ bool ModelRunHelper::edit(const ModelActionHelper& anAction)
         }
         object.points = nodes;
     }
-    int steps = 1;
-    if (relative) {
+    // One gesture, one undo step, also when it carries lines along.
+    if (relative)
         model.placeLines(key);
-        steps += model.linesOf(key).size();
-    }
-    return finishAction(before, steps, what);
+    return finishAction(before, 1, what);
 }
 
 bool ModelRunHelper::style(const ModelActionHelper& anAction)
@@ -942,9 +966,8 @@ bool ModelRunHelper::remove(const QList<Key>& aSelected)
     }
     for (const Key& key : gone)
         model.objects.remove(key);
-    // One selected measurement: its lines first, each a step of its own;
-    // several: one step for all.
-    const int steps = aSelected.isEmpty() ? 0 : aSelected.size() == 1 ? gone.size() : 1;
+    // One step for all, lines of removed bases included.
+    const int steps = aSelected.isEmpty() ? 0 : 1;
     return finishAction(before, steps, QStringLiteral("delete selected"));
 }
 
