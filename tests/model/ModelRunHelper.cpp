@@ -418,9 +418,9 @@ QString ModelRunHelper::compareSnapshots(const Snapshot& aWas, const Snapshot& a
                 .arg(it.key().first).arg(it.key().second).arg(describeState(it.value()), describeState(now));
     }
     for (auto it = aWas.items.cbegin(); it != aWas.items.cend(); ++it) {
-        // An angle's vertex lies between pixels while the store keeps whole
-        // ones: what hangs on it may move by that much.
-        const double tolerance = it.key().first == kAngle ? 1.0 : 0.0;
+        // An angle's vertex and a circle's centre lie between pixels while
+        // the store keeps whole ones: what hangs on them may move by that much.
+        const double tolerance = it.key().first == kAngle || it.key().first == kCircle ? 1.0 : 0.0;
         if (!sameText(it.value(), aNow.items.value(it.key()), tolerance))
             return QStringLiteral("item of %1/%2\n    was %3\n    now %4")
                 .arg(it.key().first).arg(it.key().second).arg(it.value(), aNow.items.value(it.key()));
