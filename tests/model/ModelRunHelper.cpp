@@ -365,7 +365,7 @@ QString ModelRunHelper::itemState(const Key& aKey) const
         const QVariant value = manipulator->getCalculatedValue(name, item, unit);
         values << (value.isValid() ? QString::number(value.toDouble() * unitFactor(unit), 'g', 6) : QStringLiteral("-"));
     }
-    return QStringLiteral("pos (%1,%2) values [%3] trash %4 active %5 label '%6' at %7 anchor %8 font %9 colour %10 "
+    return QStringLiteral("pos (%1,%2) values [%3] trash %4 active %5 label '%6' placed %7 anchor %8 font %9 colour %10 "
                           "width %11 visible %12")
         .arg(pos.x()).arg(pos.y())
         .arg(values.join(QLatin1Char(' ')), pointText(item->getTrashPos()), pointText(item->getActivePos()))
@@ -421,9 +421,35 @@ QString ModelRunHelper::compareSnapshots(const Snapshot& aWas, const Snapshot& a
         // An angle's vertex and a circle's centre lie between pixels while
         // the store keeps whole ones: what hangs on them may move by that much.
         const double tolerance = it.key().first == kAngle || it.key().first == kCircle ? 1.0 : 0.0;
-        if (!sameText(it.value(), aNow.items.value(it.key()), tolerance))
-            return QStringLiteral("item of %1/%2\n    was %3\n    now %4")
-                .arg(it.key().first).arg(it.key().second).arg(it.value(), aNow.items.value(it.key()));
+        if (!sameText(it.value(), aNow.items.value(it.key()), tolerance)) {
+            // Which of the item's properties changed, for the report.
+            static const QRegularExpression field(
+                QStringLiteral("(?:^| )(pos|values|trash|active|label|placed|anchor|font|colour|width|visible) "));
+            auto fields = [](const QString& aText) {
+                QMap<QString, QString> parts;
+                QString name;
+                int last = 0;
+                for (auto match = field.globalMatch(aText); match.hasNext();) {
+                    const QRegularExpressionMatch m = match.next();
+                    if (!name.isEmpty())
+                        parts.insert(name, aText.mid(last, m.capturedStart() - last));
+                    name = m.captured(1);
+                    last = m.capturedEnd();
+                }
+                parts.insert(name, aText.mid(last));
+                return parts;
+            };
+            const QMap<QString, QString> was = fields(it.value());
+            const QMap<QString, QString> now = fields(aNow.items.value(it.key()));
+            QStringList changed;
+            for (auto part = was.cbegin(); part != was.cend(); ++part) {
+                if (!sameText(part.value(), now.value(part.key()), tolerance))
+                    changed << part.key();
+            }
+            return QStringLiteral("item of %1/%2 differs in %3\n    was %4\n    now %5")
+                .arg(it.key().first).arg(it.key().second).arg(changed.join(QLatin1Char(',')), it.value(),
+                                                              aNow.items.value(it.key()));
+        }
     }
     return QString();
 }
