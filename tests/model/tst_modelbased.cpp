@@ -108,8 +108,6 @@ private slots:
     {
         QTest::addColumn<quint64>("seed");
         QTest::addColumn<bool>("series");
-        const int steps = envNumber("OV_MODEL_STEPS", 2000);
-        Q_UNUSED(steps)
         if (qEnvironmentVariableIsSet("OV_MODEL_SEED")) {
             const quint64 seed = qgetenv("OV_MODEL_SEED").toULongLong();
             const bool series = envNumber("OV_MODEL_SERIES", int(seed % 2 == 0)) != 0;
