@@ -1,6 +1,7 @@
 #include "ModelActionHelper.h"
 
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QStringList>
 #include <QtMath>
 
@@ -119,6 +120,79 @@ QString ModelActionHelper::describe() const
     case KindCount: break;
     }
     return QStringLiteral("?");
+}
+
+bool ModelActionHelper::parse(const QString& aLine, ModelActionHelper* anAction)
+{
+    const QString line = aLine.trimmed();
+    ModelActionHelper action;
+    auto number = [&line](const char* aPattern, int aGroup = 1) {
+        const QRegularExpressionMatch match = QRegularExpression(QString::fromLatin1(aPattern)).match(line);
+        return match.hasMatch() ? match.captured(aGroup).toInt() : 0;
+    };
+    static const QRegularExpression pointPattern(QStringLiteral("\\((-?\\d+),(-?\\d+)\\)"));
+    QVector<QPoint> points;
+    for (auto it = pointPattern.globalMatch(line); it.hasNext();) {
+        const QRegularExpressionMatch match = it.next();
+        points << QPoint(match.captured(1).toInt(), match.captured(2).toInt());
+    }
+    action.target = number("target (\\d+)");
+    action.value = number("choice (\\d+)");
+    if (line.startsWith(QLatin1String("draw "))) {
+        action.kind = Draw;
+        action.shape = shapeNames().indexOf(line.section(QLatin1Char(' '), 1, 1));
+        action.byClicks = line.contains(QLatin1String(" by clicks "));
+        action.points = points;
+        if (action.shape < 0 || points.isEmpty())
+            return false;
+    } else if (line == QLatin1String("select none")) {
+        action.kind = SelectNone;
+    } else if (line == QLatin1String("select all")) {
+        action.kind = SelectAll;
+    } else if (line.startsWith(QLatin1String("click without moving"))) {
+        action.kind = ClickBody;
+    } else if (line.startsWith(QLatin1String("click target")) || line.startsWith(QLatin1String("ctrl+click target"))) {
+        action.kind = Select;
+        action.add = line.startsWith(QLatin1String("ctrl"));
+    } else if (line.startsWith(QLatin1String("move body"))) {
+        action.kind = MoveBody;
+        action.delta = points.value(0);
+    } else if (line.startsWith(QLatin1String("drag handle"))) {
+        action.kind = DragHandle;
+        action.handle = number("handle (\\d+)");
+        action.delta = points.value(0);
+    } else if (line.startsWith(QLatin1String("press active button"))) {
+        action.kind = ToggleActive;
+    } else if (line.startsWith(QLatin1String("style "))) {
+        static const QStringList styles{ "unit", "width", "font size", "colour" };
+        action.kind = Style;
+        action.style = styles.indexOf(line.mid(6, line.indexOf(QLatin1String(" choice")) - 6));
+        if (action.style < 0)
+            return false;
+    } else if (line == QLatin1String("delete selected")) {
+        action.kind = Delete;
+    } else if (line.startsWith(QLatin1String("trash button"))) {
+        action.kind = Trash;
+    } else if (line == QLatin1String("undo")) {
+        action.kind = Undo;
+    } else if (line == QLatin1String("redo")) {
+        action.kind = Redo;
+    } else if (line.startsWith(QLatin1String("history jump"))) {
+        action.kind = HistoryJump;
+    } else if (line.startsWith(QLatin1String("frame "))) {
+        action.kind = Frame;
+        action.value = number("frame (\\d+)");
+    } else if (line.startsWith(QLatin1String("calibrate"))) {
+        action.kind = Calibrate;
+    } else if (line == QLatin1String("camera resolution change")) {
+        action.kind = CameraResolution;
+    } else if (line == QLatin1String("save and reopen")) {
+        action.kind = SaveReopen;
+    } else {
+        return false;
+    }
+    *anAction = action;
+    return true;
 }
 
 ModelActionHelper ModelActionHelper::random(QRandomGenerator& aRandom, bool aSeries)

@@ -50,6 +50,9 @@ struct ModelActionHelper
     // The step as one readable line ("draw parallel by drag (100,200) (300,220)").
     QString describe() const;
 
+    // The action a describe() line stands for; false for a line that is none.
+    static bool parse(const QString& aLine, ModelActionHelper* anAction);
+
     // The seven kinds by the script's tool names; measured lines of the
     // relative kinds are drawn with the same names.
     static const QStringList& shapeNames();

@@ -5,7 +5,9 @@
 // whole history is walked and the file saved and reopened; OV_MODEL_SERIES
 // (0 or 1) chooses the picture series for a replayed seed; OV_MODEL_IGNORE
 // (comma-separated parts of failure messages, "labelpos" for label places)
-// counts such failures and goes on, to look past a known fault.
+// counts such failures and goes on, to look past a known fault; OV_MODEL_REPLAY
+// names a file with a printed step list to run as it is (with OV_MODEL_SEED
+// and OV_MODEL_SERIES for the picture).
 #include "KxKernelData.h"
 #include "ModelActionHelper.h"
 #include "ModelRunHelper.h"
@@ -133,7 +135,23 @@ private slots:
                               + QStringLiteral("/model.measurements.json");
         options.ignore = QString::fromLocal8Bit(qgetenv("OV_MODEL_IGNORE")).split(QLatin1Char(','), Qt::SkipEmptyParts);
         ModelRunHelper runner(window.get(), options);
-        const QVector<ModelActionHelper> actions = ModelActionHelper::randomSequence(seed, steps, series);
+        QVector<ModelActionHelper> actions = ModelActionHelper::randomSequence(seed, steps, series);
+        const QString replayFile = qEnvironmentVariable("OV_MODEL_REPLAY");
+        if (!replayFile.isEmpty()) {
+            // A step list as a failure printed it, one step a line.
+            QFile file(replayFile);
+            QVERIFY2(file.open(QIODevice::ReadOnly | QIODevice::Text), qPrintable(replayFile));
+            actions.clear();
+            for (const QString& line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+                ModelActionHelper action;
+                QVERIFY2(ModelActionHelper::parse(line, &action), qPrintable(QStringLiteral("not a step: ") + line));
+                actions << action;
+            }
+            int step = -1;
+            const QString failure = runner.run(actions, &step);
+            QVERIFY2(failure.isEmpty(), qPrintable(failure));
+            return;
+        }
         int failedStep = -1;
         const QString failure = runner.run(actions, &failedStep);
         if (!runner.ignoredSummary().isEmpty())
