@@ -6,8 +6,8 @@
 // (0 or 1) chooses the picture series for a replayed seed; OV_MODEL_IGNORE
 // (comma-separated parts of failure messages, "labelpos" for label places)
 // counts such failures and goes on, to look past a known fault; OV_MODEL_REPLAY
-// names a file with a printed step list to run as it is (with OV_MODEL_SEED
-// and OV_MODEL_SERIES for the picture).
+// names a file with a printed step list to run as it is (OV_MODEL_SERIES 1:
+// on the series).
 #include "KxKernelData.h"
 #include "ModelActionHelper.h"
 #include "ModelRunHelper.h"
@@ -110,6 +110,11 @@ private slots:
     {
         QTest::addColumn<quint64>("seed");
         QTest::addColumn<bool>("series");
+        if (qEnvironmentVariableIsSet("OV_MODEL_REPLAY")) {
+            const bool series = envNumber("OV_MODEL_SERIES", 0) != 0;
+            QTest::addRow("replay on the %s", series ? "series" : "sample") << quint64(0) << series;
+            return;
+        }
         if (qEnvironmentVariableIsSet("OV_MODEL_SEED")) {
             const quint64 seed = qgetenv("OV_MODEL_SEED").toULongLong();
             const bool series = envNumber("OV_MODEL_SERIES", int(seed % 2 == 0)) != 0;
