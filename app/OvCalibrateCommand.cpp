@@ -4,20 +4,20 @@
 
 #include <QCoreApplication>
 
-OvCalibrateCommand::OvCalibrateCommand(OvViewerMainWindow* aWindow, double anOldUmPerPixel, double aNewUmPerPixel)
+OvCalibrateCommand::OvCalibrateCommand(OvViewerMainWindow* aWindow, const State& anOld, const State& aNew)
     : window(aWindow)
-    , oldUmPerPixel(anOldUmPerPixel)
-    , newUmPerPixel(aNewUmPerPixel)
+    , oldState(anOld)
+    , newState(aNew)
 {
-    setText(QCoreApplication::translate("OvCalibrateCommand", "Calibrate %1 \u00B5m/px").arg(aNewUmPerPixel));
+    setText(QCoreApplication::translate("OvCalibrateCommand", "Calibrate %1 \u00B5m/px").arg(aNew.umPerPixelX));
 }
 
 void OvCalibrateCommand::undo()
 {
-    window->setCalibration(oldUmPerPixel);
+    window->setCalibration(oldState.umPerPixelX, oldState.umPerPixelY, oldState.source);
 }
 
 void OvCalibrateCommand::redo()
 {
-    window->setCalibration(newUmPerPixel);
+    window->setCalibration(newState.umPerPixelX, newState.umPerPixelY, newState.source);
 }

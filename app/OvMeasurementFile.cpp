@@ -72,8 +72,10 @@ bool OvMeasurementFile::load(const QString& aFileName, OvViewerMainWindow* aWind
     }
     // Commands on the stack belong to the measurements being replaced.
     aWindow->undoStack()->clear();
-    if (document.umPerPixel > 0.0)
-        aWindow->setCalibration(document.umPerPixel);
+    // The values were measured at the file's calibration; a picture with the
+    // same x calibration keeps its own (and its y and source).
+    if (document.umPerPixel > 0.0 && document.umPerPixel != aWindow->calibration())
+        aWindow->setCalibration(document.umPerPixel, tr("from the measurement file"));
     document.applyToStore();
     aWindow->undoStack()->setClean();
     return true;

@@ -6,6 +6,7 @@
 #include "KxKernelObjectData.h"
 #include "KxMediaInfo.h"
 #include "KxSignalCenter.h"
+#include "OvBrightnessContrastDialog.h"
 #include "OvCalibrateCommand.h"
 #include "OvCalibrationLineManipulator.h"
 #include "OvCalibrationPage.h"
@@ -22,6 +23,7 @@
 #include "KxGsManipulator.h"
 #include "KxLocalMagnifier.h"
 
+#include <QAbstractSpinBox>
 #include <QAction>
 #include <QActionGroup>
 #include <QApplication>
@@ -60,6 +62,7 @@ static void initViewerResources()
 namespace {
 const char kDeviceConfiguration[] = "Device Configuration";
 const char kCalibrationKey[] = "UmPerPixel";
+const char kCalibrationKeyY[] = "UmPerPixelY";
 const char kKeyGeometry[] = "ViewerGeometry";
 const char kKeyWindowState[] = "ViewerWindowState";
 // Preferred window size; a smaller screen gets 92 % of its free area.
@@ -82,7 +85,7 @@ OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
     setObjectName(QStringLiteral("OvViewerMainWindow"));
     addConfigurationPage(QString::fromLatin1(kDeviceConfiguration), calibrationPage, tr("Device Configuration"));
     connect(calibrationPage, &OvCalibrationPage::signalCalibrationRequested, this,
-            &OvViewerMainWindow::requestCalibration);
+            [this](double anUmPerPixel) { requestCalibration(anUmPerPixel); });
 
     historyView->setObjectName(QStringLiteral("historyView"));
     historyView->setEmptyLabel(tr("<picture opened>"));
@@ -180,17 +183,28 @@ void OvViewerMainWindow::createMenus()
     deleteSelectedAction = edit->addAction(tr("&Delete Selected"), this, [this] { getEditor()->deleteSelected(); });
     deleteSelectedAction->setShortcut(QKeySequence::Delete);
     edit->addSeparator();
-    edit->addAction(tr("&Calibration..."), this, [this] {
-        getConfigurationPanel()->show();
-        getConfigurationList()->setCurrentRow(0);
-    });
+    edit->addAction(tr("&Calibration..."), this, &OvViewerMainWindow::slotCalibrate);
     edit->addAction(tr("Calibrate from &Line..."), this, &OvViewerMainWindow::slotCalibrateFromLine);
+    // The same two ways, offered by the tool entry of an uncalibrated picture.
+    calibrateTypedAction = new QAction(tr("Calibrate..."), this);
+    calibrateTypedAction->setObjectName(QStringLiteral("calibrateAction"));
+    calibrateTypedAction->setIconText(tr("Calibrate\u2026"));
+    calibrateTypedAction->setToolTip(tr("Type the size of one pixel"));
+    connect(calibrateTypedAction, &QAction::triggered, this, &OvViewerMainWindow::slotCalibrate);
+    calibrateLineAction = new QAction(tr("From a Line..."), this);
+    calibrateLineAction->setObjectName(QStringLiteral("calibrateFromLineAction"));
+    calibrateLineAction->setIconText(tr("From a Line\u2026"));
+    calibrateLineAction->setToolTip(tr("Drag a line over the scale bar and type its true length"));
+    connect(calibrateLineAction, &QAction::triggered, this, &OvViewerMainWindow::slotCalibrateFromLine);
 
     QMenu* viewMenu = menuBar()->addMenu(tr("&View"));
     viewMenu->addAction(tr("Zoom &In"), this, &OvGuiMainWindowBase::slotZoomIn)->setShortcut(QKeySequence::ZoomIn);
     viewMenu->addAction(tr("Zoom &Out"), this, &OvGuiMainWindowBase::slotZoomOut)->setShortcut(QKeySequence::ZoomOut);
     viewMenu->addAction(tr("&Fit"), this, &OvGuiMainWindowBase::slotZoomFit)->setShortcut(tr("Ctrl+0"));
     viewMenu->addAction(tr("&Actual Pixels"), this, &OvGuiMainWindowBase::slotZoomActual)->setShortcut(tr("Ctrl+1"));
+    viewMenu->addSeparator();
+    viewMenu->addAction(tr("&Brightness/Contrast..."), this, &OvViewerMainWindow::slotBrightnessContrast)
+        ->setShortcut(tr("Ctrl+Shift+C"));
     viewMenu->addSeparator();
     QAction* tools = getToolDock()->toggleViewAction();
     tools->setText(tr("&Tools"));
@@ -228,6 +242,7 @@ QStringList OvViewerMainWindow::loadPlugins()
     }
     for (const QString& message : messages)
         reportError(message);
+    updateCalibrationNotice();
     grouper->watch(getToolDock());
     grouper->setWanted([this] { return !getEditor()->getSelectedObjects().isEmpty(); });
     // The panel's colour dialog follows the choice live: one pick, one step.
@@ -259,17 +274,14 @@ bool OvViewerMainWindow::openImages(const QStringList& aFileNames, QString* anEr
         return false;
     const QImage image = opened.frame(0);
     sequence = opened;
-
-    bool ok = false;
-    double umPerPixel = image.text(QString::fromLatin1(kCalibrationKey)).toDouble(&ok);
-    if (!ok || !std::isfinite(umPerPixel) || umPerPixel <= 0.0)
-        umPerPixel = 0.0;
+    const OvFileCalibration fileCalibration = sequence.calibration();
+    const double umPerPixel = fileCalibration.umPerPixelX();
 
     const QString fileName = sequence.firstFile();
     KxMediaInfo media;
     media.setFileName(fileName);
     media.setParameter(KxMediaInfo::MetaImageSource, int(KxMediaInfo::SourceFile));
-    media.setUmPerPixel(umPerPixel);
+    media.setUmPerPixel(umPerPixel, fileCalibration.umPerPixelY());
     // A series of pictures is not a video file (those cannot be measured):
     // it is a picture with frames, on which the host animates every
     // measurement.
@@ -279,22 +291,34 @@ bool OvViewerMainWindow::openImages(const QStringList& aFileNames, QString* anEr
     getEditor()->cancelOrDeselect();
     getUndoStack()->clear();
     getEditor()->setCurrentObject(nullptr, false);
-    setImage(image);
+    // Each picture starts at its own automatic range, which then holds for
+    // all of its frames.
+    range = OvDisplayRange::automatic(image);
+    rawFrame = image;
+    setImage(range.apply(image));
+    if (contrastDialog)
+        contrastDialog->setPicture(rawFrame, range);
     currentFile = fileName;
+    calibrationFrom = fileCalibration.isValid() ? tr("from the file's %1").arg(fileCalibration.sourceText())
+                                                : QString();
     measurementsFile.clear();
     KxKernelData::getInstance()->loadMedia(media, image.size());
     frameBar->setFrameCount(sequence.frameCount());
     frameToolBar->setVisible(sequence.frameCount() > 1);
     frameActions->setEnabled(sequence.frameCount() > 1);
-    calibrationPage->showCalibration(umPerPixel, QFileInfo(fileName).fileName());
+    calibrationPage->showCalibration(umPerPixel, calibrationPageSource());
     recheckZoomBlock();
     updateTitle();
     const QString name = QFileInfo(fileName).fileName();
-    statusBar()->showMessage(sequence.frameCount() > 1
-                                 ? tr("Opened %1 frames from %2 (%3 x %4 pixels)").arg(sequence.frameCount())
-                                       .arg(name).arg(image.width()).arg(image.height())
-                                 : tr("Opened %1 (%2 x %3 pixels)").arg(name).arg(image.width()).arg(image.height()),
-                             5000);
+    QString message = sequence.frameCount() > 1
+        ? tr("Opened %1 frames from %2 (%3 x %4 pixels)").arg(sequence.frameCount())
+              .arg(name).arg(image.width()).arg(image.height())
+        : tr("Opened %1 (%2 x %3 pixels)").arg(name).arg(image.width()).arg(image.height());
+    if (!sequence.stackDescription().isEmpty())
+        message += tr("; %1").arg(sequence.stackDescription());
+    message += fileCalibration.isValid() ? tr("; calibrated from its %1").arg(fileCalibration.sourceText())
+                                        : tr("; uncalibrated");
+    statusBar()->showMessage(message, 10000);
     offerSavedMeasurements();
     return true;
 }
@@ -328,11 +352,48 @@ bool OvViewerMainWindow::showFrame(int aFrame)
             reportError(tr("Cannot read frame %1 of %2").arg(aFrame + 1).arg(QFileInfo(currentFile).fileName()));
             return false;
         }
-        getEditor()->setImage(image);
+        showRaw(image);
         frameBar->showFrame(aFrame);
     }
     KxKernelData::getInstance()->setCurrentFrame(aFrame);
     return true;
+}
+
+void OvViewerMainWindow::showRaw(const QImage& aFrame)
+{
+    rawFrame = aFrame;
+    getEditor()->setImage(range.apply(aFrame));
+    if (contrastDialog)
+        contrastDialog->setPicture(rawFrame, range);
+}
+
+void OvViewerMainWindow::setDisplayRange(const OvDisplayRange& aRange)
+{
+    if (aRange == range)
+        return;
+    range = aRange;
+    getEditor()->setImage(range.apply(rawFrame));
+    if (contrastDialog)
+        contrastDialog->setRange(range);
+}
+
+OvBrightnessContrastDialog* OvViewerMainWindow::brightnessContrastDialog()
+{
+    if (!contrastDialog) {
+        contrastDialog = new OvBrightnessContrastDialog(this);
+        connect(contrastDialog, &OvBrightnessContrastDialog::signalRangeChanged, this,
+                [this](int aMinimum, int aMaximum) { setDisplayRange(OvDisplayRange(aMinimum, aMaximum)); });
+        contrastDialog->setPicture(rawFrame, range);
+    }
+    return contrastDialog;
+}
+
+void OvViewerMainWindow::slotBrightnessContrast()
+{
+    OvBrightnessContrastDialog* dialog = brightnessContrastDialog();
+    dialog->show();
+    dialog->raise();
+    dialog->activateWindow();
 }
 
 double OvViewerMainWindow::calibration() const
@@ -340,18 +401,34 @@ double OvViewerMainWindow::calibration() const
     return KxKernelData::getInstance()->getMediaInfo().getUmPerPixelX();
 }
 
-void OvViewerMainWindow::setCalibration(double anUmPerPixel)
+double OvViewerMainWindow::calibrationY() const
 {
-    if (!std::isfinite(anUmPerPixel) || anUmPerPixel < 0.0)
-        anUmPerPixel = 0.0;
-    KxKernelData::getInstance()->setMediaCalibration(anUmPerPixel);
-    calibrationPage->showCalibration(anUmPerPixel, QFileInfo(currentFile).fileName());
+    return KxKernelData::getInstance()->getMediaInfo().getUmPerPixelY();
+}
+
+void OvViewerMainWindow::setCalibration(double anUmPerPixel, const QString& aSource)
+{
+    setCalibration(anUmPerPixel, anUmPerPixel, aSource);
+}
+
+void OvViewerMainWindow::setCalibration(double anUmPerPixelX, double anUmPerPixelY, const QString& aSource)
+{
+    KxKernelData::getInstance()->getMediaInfo().setUmPerPixel(anUmPerPixelX, anUmPerPixelY);
+    const double anUmPerPixel = calibration();
+    calibrationFrom = anUmPerPixel > 0.0 ? aSource : QString();
+    calibrationPage->showCalibration(anUmPerPixel, calibrationPageSource());
     // Labels follow the new calibration, and the tools re-check whether the
     // picture can now be measured.
     Q_EMIT OvDeviceSetManager::instance()->signalDeviceSetModified(OvDeviceSetManager::FlagCalibrationChanged);
     Q_EMIT KxSignalCenter::getInstance()->signalMediaLoaded();
     recheckZoomBlock();
     updateTitle();
+}
+
+QString OvViewerMainWindow::calibrationPageSource() const
+{
+    const QString name = QFileInfo(currentFile).fileName();
+    return calibrationFrom.isEmpty() ? name : tr("%1 (%2)").arg(name, calibrationFrom);
 }
 
 void OvViewerMainWindow::recheckZoomBlock()
@@ -477,7 +554,14 @@ QImage OvViewerMainWindow::renderPicture() const
 
 bool OvViewerMainWindow::saveScreenshot(const QString& aFileName, bool aPictureOnly, QString* anError)
 {
-    const QImage shot = aPictureOnly ? renderPicture() : grab().toImage();
+    QImage shot = aPictureOnly ? renderPicture() : grab().toImage();
+    // The picture keeps its pixels, so it keeps its calibration too and
+    // reopens calibrated.
+    if (aPictureOnly && calibration() > 0.0) {
+        shot.setText(QString::fromLatin1(kCalibrationKey), QString::number(calibration(), 'g', 17));
+        if (calibrationY() != calibration())
+            shot.setText(QString::fromLatin1(kCalibrationKeyY), QString::number(calibrationY(), 'g', 17));
+    }
     if (shot.isNull() || !shot.save(aFileName, "PNG")) {
         if (anError)
             *anError = tr("Cannot write %1").arg(aFileName);
@@ -502,7 +586,26 @@ void OvViewerMainWindow::updateTitle()
     const QString name = currentFile.isEmpty() ? tr("no picture") : QFileInfo(currentFile).fileName();
     setWindowTitle(tr("%1[*] - Ov Viewer").arg(name));
     const double um = calibration();
-    calibrationLabel->setText(um > 0.0 ? tr("%1 \u00B5m/px").arg(um) : tr("uncalibrated"));
+    const double umY = calibrationY();
+    QString text = tr("uncalibrated");
+    if (um > 0.0) {
+        text = um == umY ? tr("%1 \u00B5m/px").arg(um) : tr("%1 \u00D7 %2 \u00B5m/px").arg(um).arg(umY);
+        text += tr(" (%1)").arg(calibrationFrom.isEmpty() ? tr("typed") : calibrationFrom);
+    }
+    calibrationLabel->setText(text);
+    updateCalibrationNotice();
+}
+
+void OvViewerMainWindow::updateCalibrationNotice()
+{
+    OvToolBase* tool = measurementTool();
+    if (!tool)
+        return;
+    if (currentFile.isEmpty() || calibration() > 0.0)
+        tool->setNotice(QString(), {});
+    else
+        tool->setNotice(tr("Measuring needs a calibration: this picture does not say how large its pixels are."),
+                        { calibrateTypedAction, calibrateLineAction });
 }
 
 void OvViewerMainWindow::reportError(const QString& aMessage)
@@ -566,14 +669,25 @@ void OvViewerMainWindow::slotSavePicture()
         reportError(error);
 }
 
-void OvViewerMainWindow::requestCalibration(double anUmPerPixel)
+void OvViewerMainWindow::requestCalibration(double anUmPerPixel, const QString& aSource)
 {
     if (!std::isfinite(anUmPerPixel) || anUmPerPixel < 0.0)
         anUmPerPixel = 0.0;
-    const double old = calibration();
-    if (anUmPerPixel == old)
+    const OvCalibrateCommand::State old{ calibration(), calibrationY(), calibrationFrom };
+    if (anUmPerPixel == old.umPerPixelX && anUmPerPixel == old.umPerPixelY)
         return;
-    getUndoStack()->push(new OvCalibrateCommand(this, old, anUmPerPixel));
+    getUndoStack()->push(new OvCalibrateCommand(this, old, { anUmPerPixel, anUmPerPixel, aSource }));
+}
+
+void OvViewerMainWindow::slotCalibrate()
+{
+    getConfigurationPanel()->show();
+    getConfigurationPanel()->raise();
+    getConfigurationList()->setCurrentRow(0);
+    if (auto* box = calibrationPage->findChild<QAbstractSpinBox*>()) {
+        box->setFocus();
+        box->selectAll();
+    }
 }
 
 bool OvViewerMainWindow::calibrateFromLine(double aPixels, double aLength, int aUnit, const QString& aName,
@@ -585,7 +699,7 @@ bool OvViewerMainWindow::calibrateFromLine(double aPixels, double aLength, int a
             *anError = tr("A calibration needs a line and a true length above 0");
         return false;
     }
-    requestCalibration(um);
+    requestCalibration(um, tr("from a line"));
     if (!aName.trimmed().isEmpty()) {
         OvNamedCalibrations::store(aName, um);
         calibrationPage->reloadNamed();

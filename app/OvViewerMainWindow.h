@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OvDisplayRange.h"
 #include "OvGuiMainWindowBase.h"
 #include "OvImageSequence.h"
 #include "OvPluginHost.h"
@@ -9,6 +10,7 @@
 
 #include <functional>
 
+class OvBrightnessContrastDialog;
 class OvCalibrationLineManipulator;
 class OvCalibrationPage;
 class OvLineCalibrationDialog;
@@ -38,9 +40,10 @@ public:
     QStringList loadPlugins();
 
     // Opens a PNG, JPEG, TIFF or BMP picture. A calibration stored in the
-    // file ("UmPerPixel" text) is used, else the picture is uncalibrated.
-    // False with a message when the file is missing or unreadable; the
-    // current picture then stays.
+    // file (TIFF resolution tags, ImageJ or OME-XML description, "UmPerPixel"
+    // text) is used, else the picture is uncalibrated. The display range
+    // starts automatic. False with a message when the file is missing,
+    // unreadable, damaged or cut short; the current picture then stays.
     bool openImage(const QString& aFileName, QString* anError);
     // Opens several pictures (or one multi-page TIFF) as the frames of one
     // video; a single one-page picture as openImage(). All frames must have
@@ -53,13 +56,31 @@ public:
     bool showFrame(int aFrame);
     OvFrameBar* getFrameBar() const { return frameBar; }
 
+    // The frame shown, with its stored values (the editor shows it through
+    // the display range).
+    QImage currentFrameImage() const { return rawFrame; }
+    // What the screen spreads from black to white; it holds for every frame
+    // of the picture and changes nothing stored.
+    OvDisplayRange displayRange() const { return range; }
+    void setDisplayRange(const OvDisplayRange& aRange);
+    // The Brightness/Contrast dialog, created on first use.
+    OvBrightnessContrastDialog* brightnessContrastDialog();
+    // The tool entry's calibrate buttons (typed, from a line).
+    QAction* calibrateAction() const { return calibrateTypedAction; }
+    QAction* calibrateFromLineAction() const { return calibrateLineAction; }
+
     // Calibrates the current picture (micrometres per pixel; 0 or less:
-    // uncalibrated) and lets every tool know.
-    void setCalibration(double anUmPerPixel);
+    // uncalibrated) and lets every tool know. aSource says where the
+    // calibration came from (status bar); empty means typed.
+    void setCalibration(double anUmPerPixel, const QString& aSource = QString());
+    void setCalibration(double anUmPerPixelX, double anUmPerPixelY, const QString& aSource);
+    // Micrometres per pixel along x (and y), 0 when uncalibrated.
     double calibration() const;
-    // As setCalibration, as one undo step ("Calibrate ..."); nothing for the
-    // calibration already in use.
-    void requestCalibration(double anUmPerPixel);
+    double calibrationY() const;
+    QString calibrationSource() const { return calibrationFrom; }
+    // As setCalibration (square pixels), as one undo step ("Calibrate ...");
+    // nothing for the calibration already in use.
+    void requestCalibration(double anUmPerPixel, const QString& aSource = QString());
     // Calibrates from a line of aPixels that is aLength in aUnit (an
     // OvLineCalibrationDialog unit) long, as one undo step, and keeps the
     // result under aName when one is given. False with a message for lengths
@@ -129,6 +150,9 @@ protected:
 public Q_SLOTS:
     // Calibrates from the selected distance line, or lets the user drag one.
     void slotCalibrateFromLine();
+    // Opens the "Device Configuration" page to type a calibration.
+    void slotCalibrate();
+    void slotBrightnessContrast();
 
 private Q_SLOTS:
     void slotOpen();
@@ -149,6 +173,12 @@ private:
     // The discard question's Save: false when nothing was saved (cancelled or failed).
     bool saveBeforeDiscard();
     void updateTitle();
+    // The picture's name and where its calibration came from.
+    QString calibrationPageSource() const;
+    // The tool entry says what it needs while the picture is uncalibrated.
+    void updateCalibrationNotice();
+    // Shows aFrame's stored values through the display range.
+    void showRaw(const QImage& aFrame);
     void updateZoomLabel();
     void updateDeleteAction();
     // The tool re-checks whether the zoom allows measuring: loading media
@@ -164,6 +194,12 @@ private:
     QActionGroup* frameActions = nullptr;
     OvImageSequence sequence;
     QLabel* calibrationLabel;
+    QImage rawFrame;
+    OvDisplayRange range;
+    QString calibrationFrom;
+    OvBrightnessContrastDialog* contrastDialog = nullptr;
+    QAction* calibrateTypedAction = nullptr;
+    QAction* calibrateLineAction = nullptr;
     QLabel* zoomStatus;
     QDockWidget* historyDockWidget;
     OvUndoGrouper* grouper;

@@ -124,7 +124,7 @@ int main(int argc, char* argv[])
             if (batch)
                 return ExitBadInput;
         } else {
-            window.setCalibration(value);
+            window.setCalibration(value, QStringLiteral("from --calibration"));
         }
     }
 

@@ -85,7 +85,24 @@ OvToolBase::OvToolBase(OvGuiMainWindowBase* aMainWindow, const QString& anIconNa
     bodyLayout->setContentsMargins(0, 0, 0, 0);
     body->hide();
 
+    notice = new QWidget(this);
+    notice->setObjectName(QStringLiteral("toolNotice"));
+    auto* noticeLayout = new QVBoxLayout(notice);
+    noticeLayout->setContentsMargins(8, 2, 8, 6);
+    noticeLayout->setSpacing(4);
+    noticeLabel = new QLabel(notice);
+    noticeLabel->setObjectName(QStringLiteral("noticeLabel"));
+    noticeLabel->setWordWrap(true);
+    noticeLayout->addWidget(noticeLabel);
+    noticeButtons = new QWidget(notice);
+    auto* buttonLayout = new QHBoxLayout(noticeButtons);
+    buttonLayout->setContentsMargins(0, 0, 0, 0);
+    noticeLayout->addWidget(noticeButtons);
+    notice->hide();
+
+    // Header and body are disabled together; the notice between them never is.
     layout->addWidget(header);
+    layout->addWidget(notice);
     layout->addWidget(body);
 
     connect(activateButton, &QToolButton::clicked, this, [this](bool aChecked) { slotActivate(aChecked); });
@@ -122,9 +139,43 @@ QWidget* OvToolBase::getGuiWidget() const
 
 void OvToolBase::setEnabled(bool anEnabled, bool aByMedia)
 {
-    QWidget::setEnabled(anEnabled);
+    header->setEnabled(anEnabled);
+    body->setEnabled(anEnabled);
     disabledByMedia = !anEnabled && aByMedia;
     setToolTip(disabledByMedia ? tr("Not available for this picture") : QString());
+}
+
+bool OvToolBase::isEnabled() const
+{
+    return header->isEnabled();
+}
+
+void OvToolBase::setNotice(const QString& aText, const QList<QAction*>& anActions)
+{
+    noticeLabel->setText(aText);
+    auto* buttonLayout = static_cast<QHBoxLayout*>(noticeButtons->layout());
+    while (QLayoutItem* item = buttonLayout->takeAt(0)) {
+        delete item->widget();
+        delete item;
+    }
+    for (QAction* action : anActions) {
+        auto* button = new QToolButton(noticeButtons);
+        button->setDefaultAction(action);
+        button->setToolButtonStyle(Qt::ToolButtonTextOnly);
+        buttonLayout->addWidget(button);
+    }
+    buttonLayout->addStretch();
+    notice->setVisible(!aText.isEmpty());
+}
+
+QString OvToolBase::getNotice() const
+{
+    return noticeLabel->text();
+}
+
+QWidget* OvToolBase::getNoticeWidget() const
+{
+    return notice;
 }
 
 bool OvToolBase::isDisabledByMedia() const

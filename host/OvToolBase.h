@@ -3,10 +3,12 @@
 #include "KxHostGlobal.h"
 
 #include <QIcon>
+#include <QList>
 #include <QString>
 #include <QWidget>
 
 class OvGuiMainWindowBase;
+class QAction;
 class QLabel;
 class QToolButton;
 class QVBoxLayout;
@@ -15,6 +17,8 @@ class QVBoxLayout;
 // activation toggle, expand arrow, optional reset button) over a body that
 // shows the tool's panel while expanded. Clicking the icon or the title
 // toggles activation; the arrow toggles expansion. Activating also expands.
+// A notice under the header (text and buttons) stays usable while the rest
+// of the entry is disabled, so the entry can say what it needs.
 class KX_HOST_EXPORT OvToolBase : public QWidget
 {
     Q_OBJECT
@@ -36,7 +40,15 @@ public:
     // QEvent::EnabledChange). aByMedia: disabled because of the current
     // picture; the entry then tells so in its tool tip.
     void setEnabled(bool anEnabled, bool aByMedia = false);
+    // The entry's own state (header and panel); the notice never follows it.
+    bool isEnabled() const;
     bool isDisabledByMedia() const;
+    // Shows aText with one button per action under the header, enabled
+    // whatever the entry is; an empty text hides the notice. The actions stay
+    // the caller's.
+    void setNotice(const QString& aText, const QList<QAction*>& anActions);
+    QString getNotice() const;
+    QWidget* getNoticeWidget() const;
     bool isActive() const;
     bool isExpanded() const;
     QString getName() const;
@@ -78,6 +90,9 @@ private:
     QToolButton* resetButton;
     QWidget* header;
     QWidget* body;
+    QWidget* notice;
+    QLabel* noticeLabel;
+    QWidget* noticeButtons;
     QVBoxLayout* bodyLayout;
     QWidget* guiWidget = nullptr;
     bool active = false;

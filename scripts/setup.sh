@@ -5,7 +5,7 @@
 set -euo pipefail
 
 packages=(build-essential cmake ninja-build pkg-config
-          qtbase5-dev qtbase5-dev-tools libqt5svg5-dev qttools5-dev-tools
+          qtbase5-dev qtbase5-dev-tools libqt5svg5-dev qttools5-dev-tools libtiff-dev
           xvfb xauth fonts-dejavu-core)
 
 missing=()

@@ -2,7 +2,9 @@
 
 #include "OvToolBase.h"
 
+#include <QAction>
 #include <QLabel>
+#include <QSignalSpy>
 #include <QToolButton>
 
 namespace {
@@ -132,6 +134,29 @@ private slots:
         QCOMPARE(tool.toolTip(), tip ? QStringLiteral("Not available for this picture") : QString());
         tool.setEnabled(true, false);
         QVERIFY(tool.toolTip().isEmpty() && panel->isEnabled());
+    }
+
+    void noticeStaysUsableWhileTheEntryIsDisabled()
+    {
+        Entry tool;
+        tool.show();
+        QAction first(QStringLiteral("First..."), nullptr);
+        QAction second(QStringLiteral("Second"), nullptr);
+        QSignalSpy triggered(&first, &QAction::triggered);
+        tool.setEnabled(false, true);
+        tool.setNotice(QStringLiteral("Needs something"), { &first, &second });
+        QWidget* notice = tool.getNoticeWidget();
+        QVERIFY(notice->isVisible() && notice->isEnabled() && !tool.isEnabled());
+        QList<QToolButton*> buttons = notice->findChildren<QToolButton*>();
+        QCOMPARE(buttons.size(), 2);
+        QTest::mouseClick(buttons.at(0), Qt::LeftButton);
+        QCOMPARE(triggered.count(), 1);
+        // A new notice replaces the buttons; an empty one hides it.
+        tool.setNotice(QStringLiteral("Other"), { &second });
+        QCOMPARE(notice->findChildren<QToolButton*>().size(), 1);
+        tool.setNotice(QString(), {});
+        QVERIFY(notice->isHidden());
+        QCOMPARE(tool.getNotice(), QString());
     }
 
     void iconsFromArtwork()
