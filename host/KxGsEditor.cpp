@@ -588,7 +588,7 @@ void KxGsEditor::writeBackMove(KxGsObject* anObj)
     const KxView* current = KxKernelData::getInstance()->getCurrentView();
     const QPoint origin = current ? current->getOrigin() : view->getOrigin();
     const QPoint pos(qRound(anObj->pos().x()), qRound(anObj->pos().y()));
-    manipulator->setGsObjectParamValue(anObj, 3u, QVariant(pos + origin));
+    manipulator->gsObjectMoved(anObj, pos + origin);
 }
 
 void KxGsEditor::hoverEnterEvent(QGraphicsSceneHoverEvent* anEvent)

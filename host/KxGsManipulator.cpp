@@ -289,6 +289,15 @@ void KxGsManipulator::gsObjectChangedShape(KxGsObject*)
 {
 }
 
+void KxGsManipulator::gsObjectMoved(KxGsObject* anObj, const QPoint& aStoredPos)
+{
+    setGsObjectParamValue(anObj, 3u, QVariant(aStoredPos));
+}
+
+void KxGsManipulator::gsObjectLabelMoved(KxGsObject*)
+{
+}
+
 void KxGsManipulator::updateDisplayValue(KxGsObject* anObj, const QString& aValueName, bool aStored, bool aRepaint)
 {
     if (!anObj)
@@ -317,7 +326,10 @@ void KxGsManipulator::removeGsObject(KxGsObject* anObj)
     const int idx = getObjectIdx(anObj);
     if (idx >= 0 && kernelData->getObject(getObjectType(), idx)) {
         if (undoStack) {
-            undoStack->push(new CmdRemoveObject(getObjectType(), idx));
+            auto* command = new CmdRemoveObject(getObjectType(), idx);
+            undoStack->beginMacro(command->text());
+            undoStack->push(command);
+            undoStack->endMacro();
         } else {
             CmdRemoveObject command(getObjectType(), idx);
             command.redo();

@@ -114,6 +114,11 @@ public:
     virtual void recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce);
     // An item reports a finished reshape; derived classes write it back.
     virtual void gsObjectChangedShape(KxGsObject* anObj);
+    // The editor reports a finished move of a stored item to aStoredPos (its
+    // position plus the view origin). Base: writes parameter 3 in one step.
+    virtual void gsObjectMoved(KxGsObject* anObj, const QPoint& aStoredPos);
+    // The user let go of the item's label after dragging it. Base: nothing.
+    virtual void gsObjectLabelMoved(KxGsObject* anObj);
     // Sets the item's display value. With aStored and the item's object in
     // the kernel store, the value comes from the stored data (its own unit);
     // otherwise from the item's geometry. With aStored the name also becomes
@@ -122,7 +127,9 @@ public:
     virtual void updateDisplayValue(KxGsObject* anObj, const QString& aValueName, bool aStored, bool aRepaint);
     // The user removes an item: a stored one through an undoable
     // CmdRemoveObject (the item goes when the kernel reports the removal), an
-    // unstored one at once (not current any more, deleted later).
+    // unstored one at once (not current any more, deleted later). Whatever
+    // other removals the notification causes (lines measured against a base)
+    // land in the same undo step.
     virtual void contextRemoveGsObject(KxGsObject* anObj);
     virtual void removeGsObject(KxGsObject* anObj);
     // Writes one parameter of the item's kernel object as an undoable

@@ -142,13 +142,16 @@ QJsonArray encodeVector(const KxParamKeyframeVector& aVector, bool* anOk)
     return values;
 }
 
+// A vector shorter than the type's parameter count comes from a file written
+// before the type gained parameters: the missing ones stay unset, and the kind
+// falls back on what it did before it stored them. A longer one is refused.
 bool decodeVector(const QJsonValue& aJson, int aCount, KxParamKeyframeVector* aVector)
 {
     const QJsonArray values = aJson.toArray();
-    if (!aJson.isArray() || values.size() != aCount)
+    if (!aJson.isArray() || values.size() > aCount || values.isEmpty())
         return false;
     *aVector = KxParamKeyframeVector(aCount);
-    for (int id = 0; id < aCount; ++id) {
+    for (int id = 0; id < values.size(); ++id) {
         QVariant value;
         if (!decode(values.at(id), &value))
             return false;

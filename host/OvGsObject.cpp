@@ -215,7 +215,10 @@ void OvGsObject::ensureLabelVisible()
             labelPlaced = true;
     }
     const QRectF label = mapRectToParent(getLabelRect());
-    if (area.contains(label))
+    // A label larger than the area (the view is not laid out yet, or zoomed
+    // far out) cannot fit: it stays where it was put rather than being pushed
+    // off the picture's far side.
+    if (area.contains(label) || label.width() > area.width() || label.height() > area.height())
         return;
     double left = label.left();
     double top = label.top();
@@ -530,6 +533,9 @@ void OvGsObject::manipMouseReleaseEvent(QMouseEvent* anEvent)
         return;
     labelDragging = false;
     anEvent->accept();
+    KxGsManipulator* manipulator = getManipulator();
+    if (manipulator && getLabelPos() != labelPosAtDragStart)
+        manipulator->gsObjectLabelMoved(this);
 }
 
 bool OvGsObject::isLabelDragging() const

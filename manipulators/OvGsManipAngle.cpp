@@ -183,6 +183,8 @@ void OvGsManipAngle::applyStoredGeometry(KxGsObject* anItem, const KxParamKeyfra
                                          const QPoint& anOrigin)
 {
     OvGsManipFrame::applyStoredGeometry(anItem, aKeyframes, anOrigin);
+    // The item draws and measures the angle its stored value name names.
+    static_cast<OvGsAngle*>(anItem)->innerAngle = keyframeValue(aKeyframes, 2).toString() != valueNames.value(1);
     static_cast<OvGsAngle*>(anItem)->setAllNodes(
         getDescriptor()->getValue(aKeyframes, QStringLiteral("nodes")).value<QPolygonF>());
 }

@@ -19,6 +19,10 @@ namespace {
 const int kDistanceType = 66653;
 const int kCircleType = 66656;
 const int kCircleDistanceVariant = 4;
+// Stored after the label place: the line name that relative lines name when
+// this distance serves as their base.
+const char* const kLineKey = "line";
+const char* const kLinePrefix = "Distance_Line_";
 // A release or second press must leave this box around the start point.
 const double kClickBox = 10.0;
 
@@ -220,9 +224,18 @@ void OvGsManipDistance::finalizeDistance()
     item->setPenStyle(Qt::SolidLine, item->penWidth);
 
     const KxKernelObjectDataDescr* descr = getDescriptor();
-    const KxParamKeyframeVector keyframes = createObjectKeyframes(item, rounded(item->vector));
+    // Stored positions are whole pixels; the label shows the stored text and
+    // takes its final place before that place is stored.
+    const QPointF end = item->pos() + item->vector;
+    item->setPos(rounded(item->pos()));
+    item->setVector(rounded(end - item->pos()));
+    updateDisplayValue(item, valueNameOf(item), false, false);
+    item->ensureLabelVisible();
+    KxParamKeyframeVector keyframes = createObjectKeyframes(item, rounded(item->vector));
+    descr->setValue(keyframes, QString::fromLatin1(kLineKey), item->lineName);
     auto* data = new KxKernelObjectData(keyframes, descr->getKeyframeTypes(), false);
     pushOwnCommand(new CmdCreateObject(kDistanceType, index, data));
+    showStoredObject(item);
 
     changeAnimationGsObject(item, kernelData->getMediaInfo().isVideoFile(), false, false);
     inProgress = nullptr;
@@ -232,11 +245,27 @@ void OvGsManipDistance::objectCreatedInKernel(int aType, int anIdx, const KxKern
 {
     if (aType != kDistanceType || !aData || gsObjectMap.contains(anIdx))
         return;
-    auto* item = new OvGsDistance(this, editor, QString(), QStringLiteral("Distance_Line_%1").arg(theCount++));
+    // A file written before the name was stored gives a fresh one; a stored
+    // name keeps the counter beyond its number.
+    const QString stored = getDescriptor()->getValue(aData->getDefaultKeyframes(), QString::fromLatin1(kLineKey))
+                               .toString();
+    const QString prefix = QString::fromLatin1(kLinePrefix);
+    bool numbered = false;
+    const int number = stored.startsWith(prefix) ? stored.midRef(prefix.size()).toInt(&numbered) : -1;
+    if (numbered && number >= theCount)
+        theCount = number + 1;
+    const QString name = stored.isEmpty() ? prefix + QString::number(theCount++) : stored;
+    auto* item = new OvGsDistance(this, editor, QString(), name);
     item->manipulator = this;
     dressStoredItem(item, anIdx, aData->getDefaultKeyframes());
     gsObjectMap.insert(anIdx, item);
     editor->update();
+}
+
+void OvGsManipDistance::describeExtraParams(KxKernelObjectDataDescr* aDescr) const
+{
+    aDescr->addParamDescr(kLineNameParam, QString::fromLatin1(kLineKey), QMetaType::QString,
+                          ParamDescr::KeyframeConstant);
 }
 
 void OvGsManipDistance::applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,

@@ -16,11 +16,17 @@ class QGraphicsSceneMouseEvent;
 // A line is drawn by press-drag-release or by click-move-click: a release or a
 // second press more than 10 units from the start along either axis finishes
 // it; until then the dashed line follows the mouse and is not stored.
+//
+// After the label place a distance stores its line name (QString "line",
+// kLineNameParam), which relative lines name when it serves as their base;
+// an object stored without it (older files) gets a fresh name.
 class OvGsManipDistance : public OvGsManipFrame
 {
     Q_OBJECT
 
 public:
+    static const int kLineNameParam = 10;
+
     OvGsManipDistance(OvToolBase* aToolBase, OvGuiMeasurementTool* aPanel, QUndoStack* anUndoStack);
     ~OvGsManipDistance() override;
 
@@ -48,6 +54,7 @@ protected:
     void forgetInProgressItem() override;
     void hoverMoveInProgress(QGraphicsSceneHoverEvent* anEvent) override;
     void objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) override;
+    void describeExtraParams(KxKernelObjectDataDescr* aDescr) const override;
     // The start in whole pixels and the vector "len".
     void applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,
                              const QPoint& anOrigin) override;

@@ -29,7 +29,9 @@
 namespace {
 
 const int kGsObjectFlags = 0x69D;
+// Parameters 0 to 8 as every kind shares them, then the label position.
 const int kParamCount = 9;
+const char* const kLabelPosKey = "lp";
 const QSize kDefaultMagnifierSize(180, 180);
 const double kDefaultMagnifierScale = 2.0;
 const char* const kKeyMagnifierSize = "MagnifierSize";
@@ -121,6 +123,9 @@ bool OvGsManipFrame::initManipulator()
     descr->addParamDescr(6, QStringLiteral("w"), QMetaType::Int, ParamDescr::KeyframeConstant);
     descr->addParamDescr(7, QStringLiteral("fs"), QMetaType::Int, ParamDescr::KeyframeConstant);
     descr->addParamDescr(8, QStringLiteral("ut"), QMetaType::Int, ParamDescr::KeyframeConstant);
+    descr->addParamDescr(kLabelPosParam, QString::fromLatin1(kLabelPosKey), QMetaType::QPointF,
+                         ParamDescr::KeyframeConstant);
+    describeExtraParams(descr);
     if (!store->registerDataDescriptor(descr, getObjectType())) {
         delete descr;
         return false;
@@ -164,6 +169,14 @@ bool OvGsManipFrame::initManipulator()
 }
 
 void OvGsManipFrame::initManipulatorDone()
+{
+}
+
+void OvGsManipFrame::describeExtraParams(KxKernelObjectDataDescr*) const
+{
+}
+
+void OvGsManipFrame::scaleExtraParams(KxParamKeyframeVector&, double) const
 {
 }
 
@@ -543,9 +556,9 @@ void OvGsManipFrame::slotFontValueChanged(int aSize)
         auto* item = qobject_cast<OvGsObject*>(obj);
         if (item)
             item->setLabelFontPixSize(aSize);
-        setGsObjectParamValue(obj, QStringLiteral("fs"), QVariant(aSize));
         if (item && kind.fontChangeEnsuresLabel)
             item->ensureLabelVisible();
+        writeStyleWithLabel(obj, QStringLiteral("fs"), QVariant(aSize));
     }
     endStyleChange(selection);
 }
@@ -556,12 +569,111 @@ void OvGsManipFrame::slotUnitChanged(int aUnit)
     for (KxGsObject* obj : selection) {
         if (obj->type() != kind.objectType)
             continue;
-        setGsObjectParamValue(obj, QStringLiteral("ut"), QVariant(aUnit));
-        updateDisplayValue(obj, valueNameOf(obj), true, true);
-        if (auto* item = qobject_cast<OvGsObject*>(obj))
+        // The stored value name, not the item's own idea of it: an outer angle
+        // rebuilt from the store draws its inner one.
+        const QString valueName = storedValueName(obj);
+        // The label takes the new unit's text and so its place before both
+        // are written in one step (the panel already shows the new unit).
+        if (auto* item = qobject_cast<OvGsObject*>(obj)) {
+            updateDisplayValue(obj, valueName, false, false);
             item->ensureLabelVisible();
+        }
+        writeStyleWithLabel(obj, QStringLiteral("ut"), QVariant(aUnit));
+        updateDisplayValue(obj, valueName, true, true);
     }
     endStyleChange(selection);
+}
+
+QString OvGsManipFrame::storedValueName(const KxGsObject* anObj)
+{
+    const QString stored = getGsObjectParamValue(anObj, 2u).toString();
+    return stored.isEmpty() ? valueNameOf(anObj) : stored;
+}
+
+void OvGsManipFrame::writeStyleWithLabel(KxGsObject* anObj, const QString& aName, const QVariant& aValue)
+{
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    KxParamKeyframeVector values = descr->createKeyframeVector();
+    descr->setValue(values, aName, aValue);
+    if (auto* item = qobject_cast<OvGsObject*>(anObj))
+        values[kLabelPosParam].setValue(item->getLabelPos());
+    writeChange(anObj, values, false);
+}
+
+bool OvGsManipFrame::writeChange(KxGsObject* anObj, KxParamKeyframeVector aValues, bool anOwn)
+{
+    const int index = getObjectIdx(anObj);
+    const KxKernelObjectData* data = index >= 0 ? kernelData->getObject(kind.objectType, index) : nullptr;
+    if (!data || !changesStore(anObj, aValues))
+        return false;
+    if (data->animated)
+        aValues.setFrameNumber(kernelData->getCurrentFrame());
+    auto* command = new CmdChangeObject(kind.objectType, index, aValues, false);
+    // Whatever the change makes others write (lines measured against a base)
+    // joins the same step.
+    undoStack->beginMacro(command->text());
+    if (anOwn) {
+        pushOwnCommand(command);
+    } else {
+        undoStack->push(command);
+    }
+    undoStack->endMacro();
+    return true;
+}
+
+bool OvGsManipFrame::changesStore(const KxGsObject* anObj, const KxParamKeyframeVector& aValues) const
+{
+    const int index = getObjectIdx(anObj);
+    const KxKernelObjectData* data = index >= 0 ? kernelData->getObject(kind.objectType, index) : nullptr;
+    if (!data)
+        return false;
+    const KxParamKeyframeVector stored = data->getKeyframesAt(kernelData->getCurrentFrame());
+    for (int id = 0; id < aValues.size(); ++id) {
+        const QVariant value = aValues[id].getValue();
+        if (value.isValid() && !sameValue(value, keyframeValue(stored, id)))
+            return true;
+    }
+    return false;
+}
+
+bool OvGsManipFrame::sameValue(const QVariant& aValue, const QVariant& aStored)
+{
+    if (!aStored.isValid())
+        return false;
+    if (aValue.userType() == QMetaType::QPolygonF || aStored.userType() == QMetaType::QPolygonF)
+        return aValue.value<QPolygonF>() == aStored.value<QPolygonF>();
+    if (aValue.userType() == QMetaType::QPointF || aStored.userType() == QMetaType::QPointF)
+        return aValue.toPointF() == aStored.toPointF();
+    return aValue == aStored;
+}
+
+void OvGsManipFrame::applyStoredLabel(OvGsObject* anItem, const KxParamKeyframeVector& aKeyframes)
+{
+    const QVariant labelPos = keyframeValue(aKeyframes, kLabelPosParam);
+    if (labelPos.isValid())
+        anItem->setLabelPos(labelPos.toPointF());
+}
+
+void OvGsManipFrame::gsObjectMoved(KxGsObject* anObj, const QPoint& aStoredPos)
+{
+    if (!anObj || anObj->type() != kind.objectType)
+        return;
+    KxParamKeyframeVector values = getDescriptor()->createKeyframeVector();
+    values[3].setValue(aStoredPos);
+    // A move near the picture's edge may have pushed the label back inside.
+    if (auto* item = qobject_cast<OvGsObject*>(anObj))
+        values[kLabelPosParam].setValue(item->getLabelPos());
+    writeChange(anObj, values, false);
+}
+
+void OvGsManipFrame::gsObjectLabelMoved(KxGsObject* anObj)
+{
+    auto* item = qobject_cast<OvGsObject*>(anObj);
+    if (!item || anObj->type() != kind.objectType)
+        return;
+    KxParamKeyframeVector values = getDescriptor()->createKeyframeVector();
+    values[kLabelPosParam].setValue(item->getLabelPos());
+    writeChange(anObj, values, false);
 }
 
 void OvGsManipFrame::slotCurrentObjectChangedInEditor(const KxGsObject* anObj)
@@ -637,8 +749,16 @@ void OvGsManipFrame::slotFrameReadyStopInKernel(qint64 aFrame)
 
 void OvGsManipFrame::slotObjectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
 {
-    if (!blockKernelNotification)
-        objectCreatedInKernel(aType, anIdx, aData);
+    if (blockKernelNotification)
+        return;
+    objectCreatedInKernel(aType, anIdx, aData);
+    // The label goes where it was last seen, over whatever place the kind
+    // gave a new item; an object stored without one keeps that place.
+    auto* item = aType == kind.objectType && aData ? qobject_cast<OvGsObject*>(gsObjectMap.value(anIdx)) : nullptr;
+    if (item) {
+        applyStoredLabel(item, aData->getKeyframesAt(kernelData->getCurrentFrame()));
+        item->ensureLabelVisible();
+    }
 }
 
 void OvGsManipFrame::slotObjectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
@@ -673,14 +793,14 @@ void OvGsManipFrame::rescaleDefaultKeyframes(QSize anOld, QSize aNew)
         const QPoint pos = keyframes[3].getValue().toPoint();
         keyframes[3].setValue(QPoint(qRound(pos.x() * factor), qRound(pos.y() * factor)));
         descr->setValue(keyframes, geometryKey, scaleGeometry(descr->getValue(keyframes, geometryKey), factor));
+        // The label keeps its place relative to the scaled shape.
+        const QVariant labelPos = keyframeValue(keyframes, kLabelPosParam);
+        if (labelPos.isValid())
+            keyframes[kLabelPosParam].setValue(labelPos.toPointF() * factor);
+        scaleExtraParams(keyframes, factor);
         data->update(keyframes);
     }
-    rescaleItems(factor);
     recreateGraphicsObjects(getViewOrigin(), -1, true);
-}
-
-void OvGsManipFrame::rescaleItems(double)
-{
 }
 
 QVariant OvGsManipFrame::scaleGeometry(const QVariant& aGeometry, double aFactor) const
@@ -744,6 +864,7 @@ KxParamKeyframeVector OvGsManipFrame::createObjectKeyframes(const OvGsObject* an
     keyframes[3].setValue(QPoint(qRound(pos.x()), qRound(pos.y())) + getViewOrigin());
     keyframes[4].setValue(false);
     descr->setValue(keyframes, QString::fromLatin1(kind.geometryKey), aGeometry);
+    keyframes[kLabelPosParam].setValue(anItem->getLabelPos());
     descr->setValue(keyframes, QStringLiteral("w"), anItem->penWidth);
     descr->setValue(keyframes, QStringLiteral("fs"), anItem->getLabelFontPixSize());
     descr->setValue(keyframes, QStringLiteral("ut"), panel->getCurrentUnit());
@@ -770,10 +891,22 @@ void OvGsManipFrame::pushOwnCommand(QUndoCommand* aCommand)
 void OvGsManipFrame::storeNewObject(OvGsObject* anItem, int anIndex, const QVariant& aGeometry)
 {
     const KxKernelObjectDataDescr* descr = getDescriptor();
+    // The label shows the stored text and takes its final place before that
+    // place is stored.
+    updateDisplayValue(anItem, valueNameOf(anItem), false, false);
+    anItem->ensureLabelVisible();
     auto* data = new KxKernelObjectData(createObjectKeyframes(anItem, aGeometry), descr->getKeyframeTypes(), false);
     pushOwnCommand(new CmdCreateObject(kind.objectType, anIndex, data));
-    updateDisplayValue(anItem, valueNameOf(anItem), true, true);
+    showStoredObject(anItem);
     changeAnimationGsObject(anItem, kernelData->getMediaInfo().isVideoFile(), false, false);
+}
+
+void OvGsManipFrame::showStoredObject(OvGsObject* anItem)
+{
+    const int index = getObjectIdx(anItem);
+    const KxKernelObjectData* data = index >= 0 ? kernelData->getObject(kind.objectType, index) : nullptr;
+    if (data)
+        showStoredState(anItem, data->getKeyframesAt(kernelData->getCurrentFrame()));
 }
 
 void OvGsManipFrame::dressStoredItem(OvGsObject* anItem, int anIdx, const KxParamKeyframeVector& aKeyframes)
@@ -808,6 +941,7 @@ void OvGsManipFrame::dressNewItem(OvGsObject* anItem, Qt::PenStyle aStyle)
 void OvGsManipFrame::showStoredState(OvGsObject* anItem, const KxParamKeyframeVector& aKeyframes)
 {
     applyStoredGeometry(anItem, aKeyframes, getViewOrigin());
+    applyStoredLabel(anItem, aKeyframes);
     anItem->setVisible(keyframeValue(aKeyframes, 0).toBool());
     anItem->setAlwaysHidden(keyframeValue(aKeyframes, 4).toBool());
     anItem->setColor(colorFromVariant(keyframeValue(aKeyframes, 1)));
@@ -850,6 +984,7 @@ void OvGsManipFrame::recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, boo
             continue;
         const KxParamKeyframeVector keyframes = it.value()->getKeyframesAt(aFrame);
         applyStoredGeometry(obj, keyframes, anOrigin);
+        applyStoredLabel(static_cast<OvGsObject*>(obj), keyframes);
         updateDisplayValue(obj, keyframeValue(keyframes, 2).toString(), true, true);
         static_cast<OvGsObject*>(obj)->ensureLabelVisible();
     }
@@ -868,12 +1003,15 @@ void OvGsManipFrame::gsObjectChangedShape(KxGsObject* anObj)
     const QPointF pos = anObj->pos();
     keyframes[3].setValue(QPoint(qRound(pos.x()), qRound(pos.y())) + getViewOrigin());
     descr->setValue(keyframes, QString::fromLatin1(kind.geometryKey), itemGeometry(anObj));
-    const KxKernelObjectData* data = kernelData->getObject(kind.objectType, index);
-    if (data && data->animated)
-        keyframes.setFrameNumber(kernelData->getCurrentFrame());
-    pushOwnCommand(new CmdChangeObject(kind.objectType, index, keyframes, false));
-    // The change notification was blocked: the label still shows the old value.
-    updateDisplayValue(anObj, getValueNameToDisplay(anObj), true, true);
+    if (auto* item = qobject_cast<OvGsObject*>(anObj))
+        keyframes[kLabelPosParam].setValue(item->getLabelPos());
+    // A click that moved nothing writes nothing.
+    if (!writeChange(anObj, keyframes, true))
+        return;
+    // The change notification was blocked: the item takes what was stored
+    // (whole pixels), its label the stored value.
+    if (auto* item = qobject_cast<OvGsObject*>(anObj))
+        showStoredObject(item);
 }
 
 OvGsManipFrame::Measure OvGsManipFrame::lengthFromPixels(double aPixels) const

@@ -52,6 +52,11 @@ public:
     // freehandTypes value of a kind that owns its draw button whatever the
     // panel's free-hand variant is.
     static const quint32 kAnyFreehandType = 0xffffffffu;
+    // Parameter of every kind after the shared ones: where the label sits
+    // relative to the item (item coordinates, QPointF "lp"). Unset in files
+    // written before it existed: the kind then places the label as for a new
+    // item.
+    static const int kLabelPosParam = 9;
 
     // The constants of one kind. Names are untranslated texts marked with
     // QT_TRANSLATE_NOOP(context, ...) and translated in that context.
@@ -150,6 +155,11 @@ public:
     // change of its position and itemGeometry() (at the current frame when
     // animated), then shows the value the store now holds.
     void gsObjectChangedShape(KxGsObject* anObj) override;
+    // The position and the label's place (a move near the edge may push the
+    // label inside) in one step; nothing when neither changed.
+    void gsObjectMoved(KxGsObject* anObj, const QPoint& aStoredPos) override;
+    // The label's place in one step; nothing when unchanged.
+    void gsObjectLabelMoved(KxGsObject* anObj) override;
     QCursor getCursor() const override;
 
     // The panel shows the object's style and unit: from its kernel data when
@@ -221,10 +231,6 @@ protected:
     virtual QVariant itemGeometry(const KxGsObject* anItem) const;
     // The camera resolution changed. Default: rescaleDefaultKeyframes().
     virtual void currentResChangedByCamera(QSize anOld, QSize aNew);
-    // Called by rescaleDefaultKeyframes() after the stored data was scaled and
-    // before the items are rebuilt from it: a kind scales here what its items
-    // hold but the store does not. Default: nothing.
-    virtual void rescaleItems(double aFactor);
     // The geometry parameter scaled by aFactor, for rescaleDefaultKeyframes().
     // Default: points rounded, point-F and polygons scaled, others unchanged.
     virtual QVariant scaleGeometry(const QVariant& aGeometry, double aFactor) const;
@@ -236,6 +242,14 @@ protected:
 
     // Called as the last step of a successful registration.
     virtual void initManipulatorDone();
+    // Called at registration after the shared parameters (0 to 9) are
+    // described: a kind describes the parameters it stores beyond them.
+    // Default: none.
+    virtual void describeExtraParams(KxKernelObjectDataDescr* aDescr) const;
+    // Called by rescaleDefaultKeyframes() for each object's defaults after
+    // position, geometry and label place were scaled: a kind scales its own
+    // parameters here. Default: nothing.
+    virtual void scaleExtraParams(KxParamKeyframeVector& aKeyframes, double aFactor) const;
     // The unit activate() puts on the panel after offering the kind's units.
     // Default: automatic.
     virtual int activationUnit() const;
@@ -291,6 +305,23 @@ protected:
     // Pushes a command of this manipulator with the block flag set, so that
     // the notifications it causes are not handled again.
     void pushOwnCommand(QUndoCommand* aCommand);
+    // Writes the values of aValues that hold one (others stay as stored) for
+    // anObj, a stored item of this kind, as one undo step (at the current
+    // frame when animated); with anOwn through pushOwnCommand(). Nothing, and
+    // false, when every value equals the stored one: a step always changes
+    // something. Pushes made by others while it runs join the same step.
+    bool writeChange(KxGsObject* anObj, KxParamKeyframeVector aValues, bool anOwn);
+    // Whether writing aValues would change what is stored for anObj (false
+    // when it is not stored).
+    bool changesStore(const KxGsObject* anObj, const KxParamKeyframeVector& aValues) const;
+    // anItem, a stored item of this kind, takes its stored state at the
+    // current frame (showStoredState()): after the kind's own writes, whose
+    // notifications are blocked, so that the item shows exactly what is stored.
+    void showStoredObject(OvGsObject* anItem);
+    // Puts the stored label place of aKeyframes, when there is one, on anItem.
+    static void applyStoredLabel(OvGsObject* anItem, const KxParamKeyframeVector& aKeyframes);
+    // The value name stored for anObj (key frame 2), else valueNameOf().
+    QString storedValueName(const KxGsObject* anObj);
     // Stores anItem, already in the graphics-object map under anIndex, as a new
     // object (createObjectKeyframes() with aGeometry) through one undoable
     // command; its label then shows the stored value under valueNameOf(anItem),
@@ -338,6 +369,10 @@ private:
     // selection copy the style slots work on.
     QList<KxGsObject*> beginStyleChange(const QString& aMacroText);
     void endStyleChange(const QList<KxGsObject*>& aSelection);
+    // Writes one style parameter together with the label's place.
+    void writeStyleWithLabel(KxGsObject* anObj, const QString& aName, const QVariant& aValue);
+    // Stored values compare exactly; points and polygons by their coordinates.
+    static bool sameValue(const QVariant& aValue, const QVariant& aStored);
 
     QCursor cursor;
     OvToolBase* toolBase;

@@ -126,7 +126,7 @@ QPointF OvGsManipFreeForm::nodePoint(const QPointF& aPos) const
     return isUsable(point) ? QPointF(rounded(point)) : QPointF();
 }
 
-void OvGsManipFreeForm::placeLabel(OvGsFreeForm* anItem)
+void OvGsManipFreeForm::anchorLabel(OvGsFreeForm* anItem)
 {
     if (anItem->nodes.isEmpty())
         return;
@@ -137,7 +137,14 @@ void OvGsManipFreeForm::placeLabel(OvGsFreeForm* anItem)
             nearest = node;
     }
     anItem->setLabelAnchor(nearest);
-    anItem->setLabelPos(corner);
+}
+
+void OvGsManipFreeForm::placeLabel(OvGsFreeForm* anItem)
+{
+    if (anItem->nodes.isEmpty())
+        return;
+    anchorLabel(anItem);
+    anItem->setLabelPos(anItem->nodes.boundingRect().bottomRight());
     anItem->ensureLabelVisible();
 }
 
@@ -253,6 +260,8 @@ void OvGsManipFreeForm::applyStoredGeometry(KxGsObject* anItem, const KxParamKey
     item->setPos(keyframeValue(aKeyframes, 3).toPoint() - anOrigin);
     item->setClosed(closedShapes);
     item->setNodes(roundedNodes(getDescriptor()->getValue(aKeyframes, QString::fromLatin1(kNodesKey))));
+    // The leader follows the nodes (a resolution change scales them).
+    anchorLabel(item);
 }
 
 QVariant OvGsManipFreeForm::itemGeometry(const KxGsObject* anItem) const

@@ -77,6 +77,8 @@ private:
     // A finished shape's label goes below and right of its nodes, clear of the outline
     // and of the trash button beside node 0; its leader points to the nearest node.
     static void placeLabel(OvGsFreeForm* anItem);
+    // The leader starts at the node nearest the nodes' bottom-right corner.
+    static void anchorLabel(OvGsFreeForm* anItem);
 
     const bool closedShapes;
     QPointer<OvGsFreeForm> inProgress;

@@ -54,13 +54,9 @@ QVariant OvGsManipMultiply::storedGeometry(const OvGsRelativeDistance* aLine) co
 
 void OvGsManipMultiply::applyLineGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry)
 {
-    if (!aLine->isBase)
-        aLine->setVector(aGeometry.toPointF());
-}
-
-bool OvGsManipMultiply::storesVector(const OvGsRelativeDistance* aLine) const
-{
-    return !aLine->isBase;
+    // A base stored without its vector gets a short stub that can be seen,
+    // selected and reshaped.
+    aLine->setVector(aLine->isBase ? QPointF(15.0, -15.0) : aGeometry.toPointF());
 }
 
 void OvGsManipMultiply::showLineValue(OvGsRelativeDistance* aLine, int anIdx, const QString& aValueName)

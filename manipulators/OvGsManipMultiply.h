@@ -6,8 +6,9 @@
 // vector, (0, 0) for a base): perpendicular distances from points to the
 // infinite line through a base. A measured line runs from where the mouse is
 // let go to the foot of the perpendicular, also beyond the base's ends, and
-// shows its own length. Lines rebuilt from the store are neither bases nor
-// linked, with the stored vector (zero length for a former base).
+// shows its own length. The line's own vector, role and names are stored after
+// the shared parameters (see OvGsManipRelative); a base stored without its
+// vector (older files) comes back as a (15, -15) stub.
 class OvGsManipMultiply : public OvGsManipRelative
 {
     Q_OBJECT
@@ -26,9 +27,7 @@ public:
 protected:
     OvGsRelativeDistance* newLine(const QString& aTypeName, const QString& aLineName) override;
     QVariant storedGeometry(const OvGsRelativeDistance* aLine) const override;
-    // A measured line takes the stored vector; a base keeps its own.
     void applyLineGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry) override;
-    bool storesVector(const OvGsRelativeDistance* aLine) const override;
     // The length in the panel's unit (stored unit for a stored line); a base
     // reads "base".
     void showLineValue(OvGsRelativeDistance* aLine, int anIdx, const QString& aValueName) override;

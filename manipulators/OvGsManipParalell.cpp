@@ -100,80 +100,44 @@ QVariant OvGsManipParalell::storedGeometry(const OvGsRelativeDistance* aLine) co
 
 void OvGsManipParalell::applyLineGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry)
 {
-    if (!aLine->isBase && takeBase(findBase(aLine->baseName))) {
-        aLine->setVector(baseEnd - baseStart);
-        return;
-    }
-    if (!aLine->vector.isNull())
-        return;
     const int distance = aGeometry.toPoint().x();
-    aLine->setVector(distance >= 1 ? QPointF(distance, 0.0) : kClickVector);
-}
-
-bool OvGsManipParalell::storesVector(const OvGsRelativeDistance*) const
-{
-    return false;
+    aLine->setVector(!aLine->isBase && distance >= 1 ? QPointF(distance, 0.0) : kClickVector);
 }
 
 void OvGsManipParalell::showLineValue(OvGsRelativeDistance* aLine, int anIdx, const QString& aValueName)
 {
     if (aValueName.isEmpty() && aLine->getDisplayValue().isEmpty())
         return;
+    // A stored line shows what the store says (the Results row); a line being
+    // drawn or placed its distance from its base now.
+    const int idx = anIdx >= 0 ? anIdx : -1;
+    const KxKernelObjectData* data = idx >= 0 ? kernelData->getObject(kParalellType, idx) : nullptr;
     int distance = 0;
-    if (!aLine->isBase) {
-        if (const KxGsObject* base = findBase(aLine->baseName)) {
-            distance = findDistance(static_cast<OvGsParalellDistance*>(aLine), base);
-        } else {
-            // No base on the picture: the stored distance, when stored.
-            const int idx = anIdx >= 0 ? anIdx : getObjectIdx(aLine);
-            if (const KxKernelObjectData* data = idx >= 0 ? kernelData->getObject(kParalellType, idx) : nullptr)
-                distance = getDescriptor()->getValue(data->getDefaultKeyframes(), QStringLiteral("len")).toPoint().x();
-        }
-    }
-    if (distance == 0) {
+    if (data)
+        distance = getDescriptor()->getValue(data->getKeyframesAt(kernelData->getCurrentFrame()),
+                                             QStringLiteral("len")).toPoint().x();
+    else if (!aLine->isBase)
+        distance = findDistance(static_cast<OvGsParalellDistance*>(aLine), findBase(aLine->baseName));
+    if (aLine->isBase || distance == 0) {
         aLine->setDisplayValue(baseText());
         return;
     }
-    const double um = kernelData->getMediaInfo().calculateUmForPixels(distance, 0.0);
-    if (!(um > 0.0)) {
-        aLine->setDisplayValue(QString());
-        return;
-    }
-    OvGuiMeasurementTool* panel = getPanel();
-    OvGuiMeasurementTool::UnitType unit = OvGuiMeasurementTool::UnitAuto;
-    QString unitName;
-    panel->convertFromUm(um, false, unit, unitName, getUnitsToUse());
-    if (!getUnitsToUse().contains(unit))
-        unit = OvGuiMeasurementTool::UnitAuto;
-    aLine->setDisplayValue(panel->convertFromUmAndFormat(um, false, unit, getUnitsToUse()));
+    aLine->setDisplayValue(data ? getCalculatedValueAsString(valueNames.value(0), data)
+                                : getCalculatedValueAsString(valueNames.value(0), aLine));
 }
 
-void OvGsManipParalell::lineLeaving(OvGsRelativeDistance* aLine, const KxKernelObjectData* aData)
+OvGsManipFrame::Measure OvGsManipParalell::measureItem(const QString&, const KxGsObject* anItem) const
 {
-    if (!aData)
-        return;
-    Departed memory;
-    memory.lineName = aLine->lineName;
-    memory.baseName = aLine->baseName;
-    memory.isBase = aLine->isBase;
-    memory.vector = aLine->vector;
-    departed.insert(aData->getSerial(), memory);
+    const auto* line = static_cast<const OvGsParalellDistance*>(anItem);
+    Measure measure = lengthFromPixels(line->isBase ? 0 : findDistance(line, findBase(line->baseName)));
+    measure.unit = OvGuiMeasurementTool::UnitAuto;
+    return measure;
 }
 
-void OvGsManipParalell::lineRestored(OvGsRelativeDistance* aLine, const KxKernelObjectData* aData)
+OvGsManipFrame::Measure OvGsManipParalell::measureKeyframes(const QString& aName,
+                                                            const KxParamKeyframeVector& aKeyframes) const
 {
-    const auto it = departed.constFind(aData->getSerial());
-    if (it == departed.cend())
-        return;
-    aLine->lineName = it->lineName;
-    aLine->baseName = it->baseName;
-    aLine->isBase = it->isBase;
-    aLine->setVector(it->vector);
-    if (it->isBase) {
-        aLine->setUseActiveButton(true);
-        const KxGsEditor* current = KxGsEditor::existingInstance();
-        const bool toolActive = current && current->getOverrideManipulator() == this;
-        aLine->allowActiveVisible(toolActive, offPixmap(), onPixmap());
-    }
-    departed.erase(it);
+    Measure measure = OvGsManipRelative::measureKeyframes(aName, aKeyframes);
+    measure.unit = OvGuiMeasurementTool::UnitAuto;
+    return measure;
 }

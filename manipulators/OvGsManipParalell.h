@@ -2,25 +2,20 @@
 
 #include "OvGsManipRelative.h"
 
-#include <QHash>
 
 class OvGsParalellDistance;
 
 // Parallel distances (kernel type 66659, geometry "len": (d, 0) with d the
 // line's distance to its base in whole pixels, (0, 0) for a base): copies of a
 // base's direction and length placed where the mouse is let go, labelled with
-// their distance from the base line (in the unit the panel picks on its own);
-// "base" for a base and for a line closer than one pixel to its base line.
+// their distance from the base line, always in the unit chosen automatically
+// (label and results alike); "base" for a base and for a line closer than one
+// pixel to its base line.
 //
-// The store keeps neither a line's direction nor its base, so a line rebuilt
-// from it is restored by this rule: a line (or base) brought back by undo or
-// redo comes back as it left, with its line name, role, base name, direction
-// and length, and when its base is on the picture it is placed on that base
-// again; a line whose base is gone keeps its stored start and its direction,
-// and its label shows its stored distance. A line never seen before (no
-// memory of it) runs from its start along x for its stored distance, or
-// (15, -15) when that is below one pixel. An existing item never takes the
-// stored (d, 0) as its vector.
+// The line's own direction and length, role and names are stored after the
+// shared parameters (see OvGsManipRelative). An object stored without its
+// vector (older files) runs from its start along x for its stored distance,
+// or (15, -15) for a base or below one pixel.
 class OvGsManipParalell : public OvGsManipRelative
 {
     Q_OBJECT
@@ -47,20 +42,8 @@ protected:
     OvGsRelativeDistance* newLine(const QString& aTypeName, const QString& aLineName) override;
     QVariant storedGeometry(const OvGsRelativeDistance* aLine) const override;
     void applyLineGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry) override;
-    bool storesVector(const OvGsRelativeDistance* aLine) const override;
     void showLineValue(OvGsRelativeDistance* aLine, int anIdx, const QString& aValueName) override;
-    void lineLeaving(OvGsRelativeDistance* aLine, const KxKernelObjectData* aData) override;
-    void lineRestored(OvGsRelativeDistance* aLine, const KxKernelObjectData* aData) override;
-
-private:
-    // What an item held when its object left the store, by the object's serial
-    // (undo and redo put the same object back).
-    struct Departed
-    {
-        QString lineName;
-        QString baseName;
-        bool isBase = false;
-        QPointF vector;
-    };
-    QHash<quint64, Departed> departed;
+    // Always in the automatic unit.
+    Measure measureItem(const QString& aName, const KxGsObject* anItem) const override;
+    Measure measureKeyframes(const QString& aName, const KxParamKeyframeVector& aKeyframes) const override;
 };

@@ -9,7 +9,6 @@
 #include "KxKernelObjectData.h"
 #include "KxKernelObjectDataDescr.h"
 #include "KxMediaInfo.h"
-#include "OvCmdChangeBase.h"
 #include "OvGsDistance.h"
 #include "OvGsRelativeDistance.h"
 #include "OvGuiMeasurementTool.h"
@@ -23,6 +22,12 @@
 namespace {
 
 const char* const kKeyDistanceAllowedAsBase = "DistanceAllowedAsBase";
+const char* const kVectorKey = "vec";
+const char* const kRoleKey = "role";
+const char* const kBaseKey = "base";
+const char* const kLineKey = "line";
+const int kRoleLine = 0;
+const int kRoleBase = 1;
 const QPointF kClickVector(15.0, -15.0);
 const QSize kActiveImageSize(20, 20);
 
@@ -465,68 +470,92 @@ void OvGsManipRelative::finalizeDistance()
     OvGsRelativeDistance* item = inProgress;
     if (!item)
         return;
+    // Stored positions are whole pixels: the line starts on one, and a
+    // measured line is placed on its base from there.
+    const QPointF start = rounded(item->pos());
+    const QPointF end = creatingBase ? item->pos() + item->vector : findEndPoint(start);
+    item->setPos(start);
+    item->setVector(end - start);
     const int index = adoptFinishedItem(item);
     item->allowActiveVisible(creatingBase, activeOff, activeOn);
     if (creatingBase) {
         item->makeAllActiveGray();
         item->setActivePressed(true);
     }
-    if (creatingBase)
-        writtenBaseVectors.insert(item, item->vector);
-    const KxParamKeyframeVector keyframes = createObjectKeyframes(item, storedGeometry(item));
+    // The label shows the stored text and takes its final place before that
+    // place is stored.
+    showLineValue(item, -1, valueNames.value(0));
+    item->ensureLabelVisible();
+    KxParamKeyframeVector keyframes = createObjectKeyframes(item, storedGeometry(item));
+    putLineFacts(keyframes, item);
     auto* data = new KxKernelObjectData(keyframes, getDescriptor()->getKeyframeTypes(), false);
     pushOwnCommand(new CmdCreateObject(kind.objectType, index, data));
+    showStoredObject(item);
     changeAnimationGsObject(item, kernelData->getMediaInfo().isVideoFile(), false, false);
 }
 
-void OvGsManipRelative::writeLine(int anIdx, OvGsRelativeDistance* aLine)
+KxParamKeyframeVector OvGsManipRelative::lineKeyframes(OvGsRelativeDistance* aLine)
 {
     refreshObject(aLine);
     const KxKernelObjectDataDescr* descr = getDescriptor();
     KxParamKeyframeVector keyframes = descr->createKeyframeVector();
     keyframes[3].setValue(rounded(aLine->pos()) + getViewOrigin());
     descr->setValue(keyframes, QString::fromLatin1(kind.geometryKey), storedGeometry(aLine));
-    const KxKernelObjectData* data = kernelData->getObject(kind.objectType, anIdx);
-    if (data && data->animated)
-        keyframes.setFrameNumber(kernelData->getCurrentFrame());
-    if (aLine->isBase) {
-        const QPointF before = writtenBaseVectors.value(aLine, aLine->vector);
-        pushOwnCommand(new OvCmdChangeBase(this, kind.objectType, anIdx, keyframes, before, aLine->vector));
-        writtenBaseVectors.insert(aLine, aLine->vector);
-    } else {
-        pushOwnCommand(new CmdChangeObject(kind.objectType, anIdx, keyframes, false));
-    }
-    // The change notification was blocked: the label shows the stored value now.
-    showLineValue(aLine, anIdx, getValueNameToDisplay(aLine));
-    aLine->setDisplayedValueName(getValueNameToDisplay(aLine));
-    aLine->update();
+    keyframes[kLabelPosParam].setValue(aLine->getLabelPos());
+    putLineFacts(keyframes, aLine);
+    return keyframes;
 }
 
-void OvGsManipRelative::writeMeasuredLines()
+bool OvGsManipRelative::writeLine(OvGsRelativeDistance* aLine, const KxParamKeyframeVector& aKeyframes)
 {
-    if (!kernelData->commandsAllowed())
+    if (!writeChange(aLine, aKeyframes, true))
+        return false;
+    // The change notification was blocked: the item takes what was stored.
+    showStoredObject(aLine);
+    return true;
+}
+
+void OvGsManipRelative::putLineFacts(KxParamKeyframeVector& aKeyframes, const OvGsRelativeDistance* aLine) const
+{
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    descr->setValue(aKeyframes, QString::fromLatin1(kVectorKey), aLine->vector);
+    descr->setValue(aKeyframes, QString::fromLatin1(kRoleKey), aLine->isBase ? kRoleBase : kRoleLine);
+    descr->setValue(aKeyframes, QString::fromLatin1(kBaseKey), aLine->baseName);
+    descr->setValue(aKeyframes, QString::fromLatin1(kLineKey), aLine->lineName);
+}
+
+void OvGsManipRelative::writeLinesOf(const QString& aBaseName)
+{
+    if (aBaseName.isEmpty() || !kernelData->commandsAllowed())
         return;
     const QMap<int, KxGsObject*> objects = gsObjectMap;
-    for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
-        auto* line = static_cast<OvGsRelativeDistance*>(it.value());
-        if (!line->isBase)
-            writeLine(it.key(), line);
+    for (KxGsObject* obj : objects) {
+        auto* line = static_cast<OvGsRelativeDistance*>(obj);
+        if (!line->isBase && line->baseName == aBaseName)
+            writeLine(line, lineKeyframes(line));
     }
 }
 
 void OvGsManipRelative::gsObjectChangedShape(KxGsObject* anObj)
 {
-    if (!isOwnLine(anObj))
-        return;
-    const int index = getObjectIdx(anObj);
-    if (index < 0)
+    if (!isOwnLine(anObj) || getObjectIdx(anObj) < 0)
         return;
     auto* line = static_cast<OvGsRelativeDistance*>(anObj);
     const BaseLookup lookup(this);
-    writeLine(index, line);
-    // Every measured line is written, lines of other bases too.
-    if (line->isBase)
-        writeMeasuredLines();
+    const KxParamKeyframeVector keyframes = lineKeyframes(line);
+    // A click that moved nothing writes nothing, neither for the base nor
+    // for its lines.
+    if (!changesStore(line, keyframes))
+        return;
+    if (!line->isBase) {
+        writeLine(line, keyframes);
+        return;
+    }
+    // The base and the lines placed on it again are one step.
+    undoStack->beginMacro(tr("Move %1").arg(kernelData->getObjectDescription(kind.objectType, getObjectIdx(line))));
+    writeLine(line, keyframes);
+    writeLinesOf(line->lineName);
+    undoStack->endMacro();
 }
 
 void OvGsManipRelative::updateDisplayValue(KxGsObject* anObj, const QString& aValueName, bool aStored, bool aRepaint)
@@ -547,23 +576,21 @@ void OvGsManipRelative::updateDisplayValue(KxGsObject* anObj, const QString& aVa
         editor->scene()->update(QRectF());
 }
 
-void OvGsManipRelative::lineLeaving(OvGsRelativeDistance*, const KxKernelObjectData*)
-{
-}
-
-void OvGsManipRelative::lineRestored(OvGsRelativeDistance*, const KxKernelObjectData*)
-{
-}
-
 void OvGsManipRelative::objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
 {
     if (aType != kind.objectType || !aData || gsObjectMap.contains(anIdx))
         return;
-    OvGsRelativeDistance* item = newLine(QString(), QString::fromLatin1(linePattern).arg(counter++));
+    OvGsRelativeDistance* item = newLine(QString(), QString());
     item->manipulator = this;
-    lineRestored(item, aData);
-    dressStoredItem(item, anIdx, aData->getDefaultKeyframes());
+    dressStoredItem(item, anIdx, aData->getKeyframesAt(kernelData->getCurrentFrame()));
+    if (item->isBase) {
+        item->setUseActiveButton(true);
+        const KxGsEditor* current = KxGsEditor::existingInstance();
+        const bool toolActive = current && current->getOverrideManipulator() == this;
+        item->allowActiveVisible(toolActive, activeOff, activeOn);
+    }
     gsObjectMap.insert(anIdx, item);
+    showLineValue(item, anIdx, valueNames.value(0));
     editor->update();
 }
 
@@ -571,46 +598,58 @@ void OvGsManipRelative::applyStoredGeometry(KxGsObject* anItem, const KxParamKey
                                             const QPoint& anOrigin)
 {
     auto* line = static_cast<OvGsRelativeDistance*>(anItem);
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    const QVariant geometry = descr->getValue(aKeyframes, QString::fromLatin1(kind.geometryKey));
+    const QVariant role = descr->getValue(aKeyframes, QString::fromLatin1(kRoleKey));
+    const QVariant lineName = descr->getValue(aKeyframes, QString::fromLatin1(kLineKey));
+    const QVariant vector = descr->getValue(aKeyframes, QString::fromLatin1(kVectorKey));
+    // Objects from files written before these facts were stored: a zero
+    // "len" marks a base, the line gets a fresh name and no base.
+    line->isBase = role.isValid() ? role.toInt() == kRoleBase : geometry.toPointF().isNull();
+    line->baseName = line->isBase ? QString() : descr->getValue(aKeyframes, QString::fromLatin1(kBaseKey)).toString();
+    if (!lineName.toString().isEmpty()) {
+        line->lineName = lineName.toString();
+        reserveLineName(line->lineName);
+    } else if (line->lineName.isEmpty()) {
+        line->lineName = QString::fromLatin1(linePattern).arg(counter++);
+    }
     line->setPos(keyframeValue(aKeyframes, 3).toPoint() - anOrigin);
-    applyLineGeometry(line, getDescriptor()->getValue(aKeyframes, QString::fromLatin1(kind.geometryKey)));
+    if (!vector.toPointF().isNull())
+        line->setVector(vector.toPointF());
+    else
+        applyLineGeometry(line, geometry);
+}
+
+void OvGsManipRelative::reserveLineName(const QString& aName)
+{
+    // Names drawn later in this session must not repeat a stored one.
+    const QString prefix = QString::fromLatin1(linePattern).arg(QString());
+    if (!aName.startsWith(prefix))
+        return;
+    bool ok = false;
+    const int number = aName.midRef(prefix.size()).toInt(&ok);
+    if (ok && number >= counter)
+        counter = number + 1;
 }
 
 void OvGsManipRelative::objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
 {
-    KxGsObject* current = editor->getCurrentObject();
+    // Undo, redo and history jumps bring back the stored state whole; the
+    // lines on a base have steps of their own, in the same macro.
     if (aType == kind.objectType && aData) {
-        // Undo and redo bring the stored state back to the item first.
         if (KxGsObject* obj = gsObjectMap.value(anIdx)) {
-            auto* line = static_cast<OvGsRelativeDistance*>(obj);
-            showStoredState(line, aData->getKeyframesAt(kernelData->getCurrentFrame()));
-            if (line->isBase)
-                writtenBaseVectors.insert(line, line->vector);
-            if (current == line)
+            showStoredState(static_cast<OvGsRelativeDistance*>(obj),
+                            aData->getKeyframesAt(kernelData->getCurrentFrame()));
+            if (editor->getCurrentObject() == obj)
                 updateGuiFromObjectData(aData);
         }
     }
-
-    if (aType == getConnectedObjectType() && current && current->type() == aType) {
+    // A plain distance serving as base was moved or reshaped by the user:
+    // its lines follow, in the step that changes it.
+    KxGsObject* current = editor->getCurrentObject();
+    if (aType == getConnectedObjectType() && current && current->type() == aType && kernelData->commandsAllowed()) {
         const BaseLookup lookup(this);
-        const QString name = static_cast<OvGsDistance*>(current)->lineName;
-        for (KxGsObject* obj : gsObjectMap) {
-            auto* line = static_cast<OvGsRelativeDistance*>(obj);
-            if (line->baseName == name && takeBase(current))
-                placeOnBase(line);
-        }
-        writeMeasuredLines();
-    } else if (aType == kind.objectType && isOwnLine(current)) {
-        auto* base = static_cast<OvGsRelativeDistance*>(current);
-        if (base->isBase) {
-            takeBase(base);
-            for (KxGsObject* obj : gsObjectMap) {
-                auto* line = static_cast<OvGsRelativeDistance*>(obj);
-                if (line->baseName == base->lineName)
-                    placeOnBase(line);
-            }
-        } else {
-            refreshObject(base);
-        }
+        writeLinesOf(static_cast<OvGsDistance*>(current)->lineName);
     }
     editor->update();
 }
@@ -621,13 +660,22 @@ void OvGsManipRelative::recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, 
     OvGsManipFrame::recreateGraphicsObjects(anOrigin, aFrame, aForce);
 }
 
-void OvGsManipRelative::rescaleItems(double aFactor)
+void OvGsManipRelative::describeExtraParams(KxKernelObjectDataDescr* aDescr) const
 {
-    for (KxGsObject* obj : gsObjectMap) {
-        auto* line = static_cast<OvGsRelativeDistance*>(obj);
-        if (!storesVector(line))
-            line->setVector(line->vector * aFactor);
-    }
+    aDescr->addParamDescr(kVectorParam, QString::fromLatin1(kVectorKey), QMetaType::QPointF,
+                          ParamDescr::KeyframeAnimated);
+    aDescr->addParamDescr(kRoleParam, QString::fromLatin1(kRoleKey), QMetaType::Int, ParamDescr::KeyframeConstant);
+    aDescr->addParamDescr(kBaseNameParam, QString::fromLatin1(kBaseKey), QMetaType::QString,
+                          ParamDescr::KeyframeConstant);
+    aDescr->addParamDescr(kLineNameParam, QString::fromLatin1(kLineKey), QMetaType::QString,
+                          ParamDescr::KeyframeConstant);
+}
+
+void OvGsManipRelative::scaleExtraParams(KxParamKeyframeVector& aKeyframes, double aFactor) const
+{
+    const QVariant vector = keyframeValue(aKeyframes, kVectorParam);
+    if (vector.isValid())
+        aKeyframes[kVectorParam].setValue(vector.toPointF() * aFactor);
 }
 
 void OvGsManipRelative::slotObjectBeforeRemoveInKernel(int aType, int anIdx)
@@ -675,11 +723,8 @@ void OvGsManipRelative::slotObjectBeforeRemoveInKernel(int aType, int anIdx)
 
     // The departing object's own item goes with it, whoever removes it.
     if (aType == kind.objectType) {
-        if (KxGsObject* obj = gsObjectMap.value(anIdx)) {
-            lineLeaving(static_cast<OvGsRelativeDistance*>(obj), kernelData->getObject(aType, anIdx));
-            writtenBaseVectors.remove(static_cast<OvGsRelativeDistance*>(obj));
+        if (gsObjectMap.contains(anIdx))
             dropGsObject(anIdx);
-        }
     }
     editor->update();
 }

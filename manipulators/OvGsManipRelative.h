@@ -20,20 +20,23 @@ class QGraphicsSceneMouseEvent;
 // its base in baseName. Pressing a base's active button selects or releases
 // it.
 //
-// Bases and their lines are linked by names only, held in the items: the
-// store keeps a base as a zero-length object at its start point. Moving or
-// reshaping a base writes it back (OvCmdChangeBase, which also carries the
-// base's vector for undo and redo) and then every measured line, each with its
-// own change command holding the line as placed on its base again, so stored
-// values and labels agree. Removing a base (or a plain distance serving as
-// base) removes every line that names it, each with its own removal command
-// pushed before the base's own. No commands are pushed while the store
-// replays history or clears itself: the history already holds what follows.
+// Bases and their lines are linked by line names. Everything an item shows is
+// stored: after the shared parameters (0 to 9, "len" of a base stays (0, 0))
+// each object keeps its own vector (kVectorParam), its role (kRoleParam), its
+// base's line name (kBaseNameParam) and its own line name (kLineNameParam),
+// and an item rebuilt from the store (undo, redo, history jumps, frames,
+// opened files) takes them as they are, without looking at its base. Moving
+// or reshaping a base writes it and every line placed on it again as one undo
+// step, each object with its own change command; a gesture that changes
+// nothing writes nothing. Removing a base (or a plain distance serving as
+// base) removes every line that names it in the same step, each with its own
+// removal command pushed before the base's own. No commands are pushed while
+// the store replays history or clears itself: the history already holds what
+// follows.
 //
-// Camera resolution: stored positions and geometry scale by the width ratio
-// (as every kind); what only the items hold (a base's direction and length, a
-// parallel line's direction and length) is scaled on the items, so no line
-// collapses to zero length and the values scale with the ratio.
+// Camera resolution: stored positions, geometry and vectors scale by the
+// width ratio, so no line collapses to zero length and the values scale with
+// the ratio.
 class OvGsManipRelative : public OvGsManipFrame
 {
     Q_OBJECT
@@ -43,6 +46,16 @@ public:
     // has it.
     static const int kNoConnectedType = 7906255;
     static const int kDistanceType = 66653;
+    // Stored after the shared parameters: the line's own vector (QPointF
+    // "vec", animated like the geometry), its role (int "role": 1 base, 0
+    // measured line), its base's line name (QString "base", empty for a base)
+    // and its own line name (QString "line"). Objects stored without them
+    // (older files) fall back on: a zero "len" is a base, no base name, a
+    // fresh line name, the vector from "len" (see applyLineGeometry()).
+    static const int kVectorParam = 10;
+    static const int kRoleParam = 11;
+    static const int kBaseNameParam = 12;
+    static const int kLineNameParam = 13;
 
     ~OvGsManipRelative() override;
 
@@ -62,7 +75,8 @@ public:
     // The frame's, with one scan of the editor for bases: measured lines are
     // not placed on their bases again here.
     void recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce) override;
-    // Writes a dragged line back; for a base, then every measured line.
+    // Writes a dragged line back; a base together with the lines placed on
+    // it again, in one step. Nothing when the gesture changed nothing.
     void gsObjectChangedShape(KxGsObject* anObj) override;
     // Items of this kind get the kind's label (showLineValue()); the whole
     // scene repaints with aRepaint.
@@ -116,20 +130,12 @@ protected:
     virtual OvGsRelativeDistance* newLine(const QString& aTypeName, const QString& aLineName) = 0;
     // The "len" stored for aLine as it stands.
     virtual QVariant storedGeometry(const OvGsRelativeDistance* aLine) const = 0;
-    // Gives an item the geometry of a stored "len" (its position already set).
+    // Gives an item stored without its own vector (older files) a vector
+    // from its stored "len" (its position and role already set).
     virtual void applyLineGeometry(OvGsRelativeDistance* aLine, const QVariant& aGeometry) = 0;
-    // Whether the store holds aLine's vector; others are scaled on the item
-    // after a camera resolution change.
-    virtual bool storesVector(const OvGsRelativeDistance* aLine) const = 0;
     // Sets the label of an item of this kind. anIdx is its stored index, or -1
     // to show what its geometry measures now.
     virtual void showLineValue(OvGsRelativeDistance* aLine, int anIdx, const QString& aValueName) = 0;
-    // Called when an item of this kind is about to leave because its object
-    // leaves the store (still stored). Default: nothing.
-    virtual void lineLeaving(OvGsRelativeDistance* aLine, const KxKernelObjectData* aData);
-    // Called for an item rebuilt from the store, before its geometry is
-    // applied. Default: nothing.
-    virtual void lineRestored(OvGsRelativeDistance* aLine, const KxKernelObjectData* aData);
 
     // Takes the ends of aBase (a plain distance or a base of this kind) as the
     // base for findEndPoint(); false (nothing taken) for anything else.
@@ -146,10 +152,12 @@ protected:
     void hoverMoveInProgress(QGraphicsSceneHoverEvent* anEvent) override;
     void objectCreatedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) override;
     void objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData) override;
-    // The start in whole pixels, then applyLineGeometry().
+    // Start, vector, role and names as stored (fallbacks for older files:
+    // see kVectorParam).
     void applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,
                              const QPoint& anOrigin) override;
-    void rescaleItems(double aFactor) override;
+    void describeExtraParams(KxKernelObjectDataDescr* aDescr) const override;
+    void scaleExtraParams(KxParamKeyframeVector& aKeyframes, double aFactor) const override;
     Measure measureItem(const QString& aName, const KxGsObject* anItem) const override;
     Measure measureKeyframes(const QString& aName, const KxParamKeyframeVector& aKeyframes) const override;
     void initManipulatorDone() override;
@@ -169,9 +177,19 @@ private:
     OvGsRelativeDistance* createInProgressLine(const QString& aBaseName);
     void followMouse(const QPointF& aPos);
     void markBase(OvGsRelativeDistance* aLine);
-    // Places aLine on its base, then pushes its change with the block flag.
-    void writeLine(int anIdx, OvGsRelativeDistance* aLine);
-    void writeMeasuredLines();
+    // What is written for aLine after placing it on its base again.
+    KxParamKeyframeVector lineKeyframes(OvGsRelativeDistance* aLine);
+    // Writes aKeyframes for aLine with the block flag; false when nothing
+    // changed (nothing pushed).
+    bool writeLine(OvGsRelativeDistance* aLine, const KxParamKeyframeVector& aKeyframes);
+    // The vector, role and names of aLine into aKeyframes.
+    void putLineFacts(KxParamKeyframeVector& aKeyframes, const OvGsRelativeDistance* aLine) const;
+    // Places every measured line naming aBaseName on it again and writes
+    // those that changed; nothing while history replays.
+    void writeLinesOf(const QString& aBaseName);
+    // A stored line name numbered by this kind's pattern keeps the counter
+    // beyond its number.
+    void reserveLineName(const QString& aName);
     bool isOwnLine(const KxGsObject* anObj) const;
 
     QPointer<OvGsRelativeDistance> inProgress;
@@ -185,6 +203,4 @@ private:
     QPixmap activeOn;
     const QHash<QString, KxGsObject*>* baseCache;
     mutable QHash<QString, QPointer<OvGsRelativeDistance>> knownBases;
-    // Each base's vector as last written, the "before" of its next change.
-    QHash<const OvGsRelativeDistance*, QPointF> writtenBaseVectors;
 };

@@ -121,7 +121,11 @@ void OvGsAngle::adjustScale(double aZoom)
     if (isScaleAdjustAllowed()) {
         prepareGeometryChange();
         arcRadius = kArcRadius / aZoom;
+        // The arc keeps its size on screen; the label stays where it is on the
+        // picture, as every label does on a zoom, and as the store has it.
+        const QPointF label = getLabelPos();
         rebuildArc();
+        setLabelPos(label);
         updateTrashPos();
     }
     update();

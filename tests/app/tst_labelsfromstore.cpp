@@ -143,10 +143,9 @@ private slots:
                            "release 100 200\nselect none\n" },
             { "free line", "tool free-line\nunit um\nclick 500 100\nmove 600 100\nmove 600 200\n"
                            "move 500 200\nclick 500 200\nselect none\ntool free-line\nunit nm\n" },
-            // Relative lines against a plain distance as base (a base of their
-            // own kind is stored without its line, so it cannot come back as
-            // drawn). Placing a line on its base labels it in the panel's unit,
-            // so these rows change no unit afterwards.
+            // Relative lines against a plain distance as base (tst_restoredasdrawn
+            // covers bases of their own kind). Placing a line on its base labels
+            // it in the panel's unit, so these rows change no unit afterwards.
             { "multiple", "tool distance\nunit um\npress 200 300\nmove 400 300\nmove 600 300\n"
                           "release 600 300\ntool multiple\nclick 400 300\nclick 250 400\n"
                           "click 700 200\nselect none\n" },

@@ -67,26 +67,23 @@ private slots:
 
     // After the move every measurement was written against the moved base:
     // 100 - 20, 150 - 20 and 100 + 20 pixels perpendicular, 200 - 20 and
-    // 150 + 20 pixels parallel. Removing the base removes all five first;
-    // undoing the six steps brings everything back as it was.
+    // 150 + 20 pixels parallel. Removing the base removes all five with it in
+    // one step; one undo brings everything back as it was, and one undo of
+    // the move puts every line back with its base.
     void baseWithPerpendicularAndParallelMeasurements_data()
     {
         QTest::addColumn<QString>("tail");
         QTest::addColumn<Rows>("rows");
         const Rows moved{ "66653,1,200,200.00 μm", "66658,1,40,40.000 μm", "66658,2,65,65.000 μm",
                           "66658,3,60,60.000 μm", "66659,1,90,90.000 μm", "66659,2,85,85.000 μm" };
+        const Rows drawn{ "66653,1,200,200.00 μm", "66658,1,50,50.000 μm", "66658,2,75,75.000 μm",
+                          "66658,3,50,50.000 μm", "66659,1,100,100.00 μm", "66659,2,75,75.000 μm" };
         QTest::newRow("moved") << QString() << moved;
         QTest::newRow("removed") << QStringLiteral("delete\n") << Rows();
-        QTest::newRow("removed, one undo brings the base back")
-            << QStringLiteral("delete\nundo\n") << Rows{ "66653,1,200,200.00 μm" };
-        QTest::newRow("removed and undone")
-            << QStringLiteral("delete\nundo\nundo\nundo\nundo\nundo\nundo\n") << moved;
-        QTest::newRow("removed, undone and redone")
-            << QStringLiteral("delete\nundo\nundo\nundo\nundo\nundo\nundo\nredo\nredo\nredo\nredo\nredo\nredo\n")
-            << Rows();
-        QTest::newRow("the move undone") << QStringLiteral("undo\nundo\nundo\nundo\nundo\nundo\n")
-            << Rows{ "66653,1,200,200.00 μm", "66658,1,50,50.000 μm", "66658,2,75,75.000 μm",
-                     "66658,3,50,50.000 μm", "66659,1,100,100.00 μm", "66659,2,75,75.000 μm" };
+        QTest::newRow("removed, one undo brings everything back") << QStringLiteral("delete\nundo\n") << moved;
+        QTest::newRow("removed, undone and redone") << QStringLiteral("delete\nundo\nredo\n") << Rows();
+        QTest::newRow("the move undone") << QStringLiteral("undo\n") << drawn;
+        QTest::newRow("the move undone and redone") << QStringLiteral("undo\nredo\n") << moved;
     }
 
     void baseWithPerpendicularAndParallelMeasurements()

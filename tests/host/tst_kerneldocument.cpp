@@ -93,6 +93,35 @@ private slots:
         QCOMPARE(KxKernelDocument::fromStore().toJson(), json);
     }
 
+    // A file written before a type gained parameters has fewer values: it
+    // opens, the missing parameters unset, the others as written.
+    void shorterVectorsOpenWithMissingValuesUnset()
+    {
+        GsFixture f;
+        f.stack.push(new CmdCreateObject(kBoxType, 4, newBoxData(kBoxType, false, QPoint(12, 13))));
+        QJsonObject root = QJsonDocument::fromJson(KxKernelDocument::fromStore().toJson()).object();
+        QJsonArray objects = root["objects"].toArray();
+        QJsonObject box = objects[0].toObject();
+        QJsonArray values = box["defaults"].toArray();
+        const int count = values.size();
+        values.removeLast();
+        box["defaults"] = values;
+        objects[0] = box;
+        root["objects"] = objects;
+
+        KxKernelData::getInstance()->removeAllObjects();
+        KxKernelDocument document;
+        QString error;
+        QVERIFY2(document.fromJson(QJsonDocument(root).toJson(), &error), qPrintable(error));
+        document.applyToStore();
+        const KxKernelObjectData* data = KxKernelData::getInstance()->getObject(kBoxType, 4);
+        QVERIFY(data);
+        const KxParamKeyframeVector stored = data->getDefaultKeyframes();
+        QCOMPARE(stored.size(), count);
+        QCOMPARE(stored[3].getValue(), QVariant(QPoint(12, 13)));
+        QVERIFY(!stored[count - 1].getValue().isValid());
+    }
+
     void badFilesAreRefused_data()
     {
         QTest::addColumn<QByteArray>("json");
@@ -133,11 +162,13 @@ private slots:
         QTest::newRow("index 0") << object([](QJsonObject& o) { o["index"] = 0; }) << "no valid type and index";
         QTest::newRow("repeated index") << object([](QJsonObject& o) { o["index"] = 2; })
                                         << "measurement 2 repeats type 70001 index 2";
-        QTest::newRow("a value short") << object([](QJsonObject& o) {
+        QTest::newRow("a value too many") << object([](QJsonObject& o) {
             QJsonArray values = o["defaults"].toArray();
-            values.removeLast();
+            values.append(QJsonValue::Null);
             o["defaults"] = values;
         }) << "measurement 1 has invalid values";
+        QTest::newRow("no values") << object([](QJsonObject& o) { o["defaults"] = QJsonArray(); })
+                                   << "measurement 1 has invalid values";
         QTest::newRow("a point as text") << object([](QJsonObject& o) {
             QJsonArray values = o["defaults"].toArray();
             values[3] = QJsonObject{ { "t", "QPoint" }, { "v", "10,20" } };

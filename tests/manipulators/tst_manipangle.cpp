@@ -165,8 +165,8 @@ private slots:
         QCOMPARE(angleItems(), QList<OvGsAngle*>{rebuilt});
     }
 
-    // Stored as the outer angle; rebuilt from the store the item shows the inner arc
-    // and value, while the stored data still answers both names.
+    // Stored as the outer angle; rebuilt from the store the item shows the outer
+    // arc and value again, and the stored data still answers both names.
     void outerAngleStoredAndReloaded()
     {
         h->panel->innerAngleMode = false;
@@ -177,9 +177,9 @@ private slots:
         h->stack->undo();
         h->stack->redo();
         OvGsAngle* rebuilt = item(1);
-        QVERIFY(rebuilt->innerAngle);
-        QCOMPARE(qRound(rebuilt->angleValue), 90);
-        QCOMPARE(qRound(angles->getCalculatedValue("Outer angle", rebuilt, unit).toDouble()), 90);
+        QVERIFY(!rebuilt->innerAngle);
+        QCOMPARE(qRound(rebuilt->angleValue), 270);
+        QCOMPARE(qRound(angles->getCalculatedValue("Outer angle", rebuilt, unit).toDouble()), 270);
         QCOMPARE(unit, QString::fromUtf8("deg(\u00b0)"));
         const KxKernelObjectData* data = h->kernel->getObject(kAngleType, 1);
         QCOMPARE(angles->getCalculatedValue("Outer angle", data, unit).toDouble(), 270.0);

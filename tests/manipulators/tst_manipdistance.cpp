@@ -134,20 +134,24 @@ private slots:
         // 100 px at 0.5 um/px.
         QCOMPARE(h->item(1)->getDisplayValue(), QString::fromUtf8("50.000 \u03bcm"));
         checkLine(QStringLiteral("Distance_Line_%1").arg(count));
-        // Stored as parameters 5 to 8; only "len" follows the frames.
+        // Stored as parameters 5 to 10: the label place and the line name
+        // after the shared ones; only "len" follows the frames.
         const KxKernelObjectDataDescr* descr = h->kernel->getDataDescriptor(ManipTestHelper::kDistanceType);
-        const char* names[] = { "len", "w", "fs", "ut" };
-        for (int id = 5; id <= 8; ++id)
+        const char* names[] = { "len", "w", "fs", "ut", "lp", "line" };
+        for (int id = 5; id <= 10; ++id)
             QVERIFY2(descr->getParamId(names[id - 5]) == id && descr->getParamDescr(id).keyframeType
                          == (id == 5 ? ParamDescr::KeyframeAnimated : ParamDescr::KeyframeConstant), names[id - 5]);
+        QCOMPARE(h->storedParam(1, "lp").toPointF(), h->item(1)->getLabelPos());
 
         QSignalSpy indexSpy(h->stack, &QUndoStack::indexChanged);
         h->stack->undo();
         QVERIFY(h->storedIndices().isEmpty() && h->distanceItems().isEmpty());
         h->stack->redo();
         QCOMPARE(indexSpy.count(), 2);
-        // Rebuilt from the kernel: a new line with the next number, not current.
-        checkLine(QStringLiteral("Distance_Line_%1").arg(count + 1));
+        // Rebuilt from the kernel: a new item with the stored line name and
+        // label place, not current.
+        checkLine(QStringLiteral("Distance_Line_%1").arg(count));
+        QCOMPARE(h->item(1)->getLabelPos(), h->storedParam(1, "lp").toPointF());
         QVERIFY(h->editor->getCurrentObject() != h->item(1));
         h->stack->undo();
         QVERIFY(h->storedIndices().isEmpty() && h->distanceItems().isEmpty());
