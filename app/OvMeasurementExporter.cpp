@@ -34,13 +34,35 @@ QVector<OvMeasurementExporter::Row> OvMeasurementExporter::collect()
                 row.value = values.value(i);
                 row.unit = units.value(i);
                 row.text = manipulator->getCalculatedValueAsString(names.at(i), it.value());
-                row.typeName = manipulator->getObjectTypeName(it.key());
+                row.typeName = kindName(type, manipulator->getObjectTypeName(it.key()));
                 row.frame = kernel->getCurrentFrame();
                 rows.append(row);
             }
         }
     }
     return rows;
+}
+
+QString OvMeasurementExporter::kindName(int aType, const QString& aFallback)
+{
+    switch (aType) {
+    case 66651:
+        return tr("Angle");
+    case 66653:
+        return tr("Distance");
+    case 66655:
+        return tr("Free form");
+    case 66656:
+        return tr("Circle");
+    case 66658:
+        return tr("Multiple distance");
+    case 66659:
+        return tr("Parallel distance");
+    case 66755:
+        return tr("Free line");
+    default:
+        return aFallback;
+    }
 }
 
 QString OvMeasurementExporter::quoted(const QString& aField)

@@ -277,9 +277,14 @@ QGraphicsRectItem* KxGsEditor::getSelectionBand() const
     return band;
 }
 
+int KxGsEditor::hitTolerance() const
+{
+    return std::max(1, int(KxGsObject::kDefaultSelSize / zoom));
+}
+
 bool KxGsEditor::toggleOffUnderMouse(QGraphicsSceneMouseEvent* anEvent)
 {
-    const int tolerance = std::max(1, int(KxGsObject::kDefaultSelSize / zoom));
+    const int tolerance = hitTolerance();
     for (KxGsObject* candidate : pressCandidates()) {
         int part = 0;
         if (candidate->hidden
@@ -439,6 +444,11 @@ QMouseEvent KxGsEditor::makeMouseEvent(QEvent::Type aType, const KxGsObject* anO
 bool KxGsEditor::pressItem(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick)
 {
     for (KxGsObject* candidate : pressCandidates()) {
+        // With a drawing tool chosen, the inside of a closed outline is free
+        // picture: a nucleus can be measured inside its cell.
+        if (overrideManipulator
+            && candidate->isPointInsideOnly(candidate->mapFromScene(anEvent->scenePos()), hitTolerance()))
+            continue;
         QPointer<KxGsObject> obj(candidate);
         QMouseEvent event = makeMouseEvent(aDoubleClick ? QEvent::MouseButtonDblClick : QEvent::MouseButtonPress,
                                            candidate, anEvent);

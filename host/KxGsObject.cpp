@@ -41,6 +41,11 @@ bool KxGsObject::isPointOnObject(const QPointF& aPoint, int& aPart, int aToleran
     return boundingRect().adjusted(-half, -half, half, half).contains(aPoint);
 }
 
+bool KxGsObject::isPointInsideOnly(const QPointF&, int) const
+{
+    return false;
+}
+
 bool KxGsObject::isRectContainsObject(const QRectF& aRect) const
 {
     return aRect.contains(boundingRect());

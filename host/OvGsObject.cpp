@@ -239,9 +239,13 @@ bool OvGsObject::isLabelPlacedByHost() const
         return false;
     if (!labelPlaced)
         return true;
-    // Being drawn: the manipulator's current item that is not stored yet.
+    // Being drawn: not stored yet, and current or the chosen tool's (a line
+    // measured against a selected base is drawn without becoming current).
     const KxGsManipulator* manipulator = getManipulator();
-    return isCurrent() && manipulator && manipulator->getObjectIdx(this) < 0;
+    if (!manipulator || manipulator->getObjectIdx(this) >= 0)
+        return false;
+    const KxGsEditor* editor = qobject_cast<const KxGsEditor*>(parentObject());
+    return isCurrent() || (editor && editor->getOverrideManipulator() == manipulator);
 }
 
 bool OvGsObject::isRectOnShape(const QRectF& aRect) const
@@ -269,15 +273,56 @@ bool OvGsObject::isRectOnShape(const QRectF& aRect) const
     return hit;
 }
 
+QVector<QRectF> OvGsObject::neighbourRects(const QRectF& aRegion) const
+{
+    QVector<QRectF> rects;
+    QGraphicsScene* itemScene = scene();
+    if (!itemScene)
+        return rects;
+    // Labels and buttons ignore the zoom: the index finds them only with the
+    // view's transform.
+    const QList<QGraphicsView*> views = itemScene->views();
+    const QTransform device = views.isEmpty() ? QTransform() : views.first()->viewportTransform();
+    QSet<const OvGsObject*> seen;
+    const QList<QGraphicsItem*> found
+        = itemScene->items(mapRectToScene(aRegion), Qt::IntersectsItemBoundingRect, Qt::AscendingOrder, device);
+    for (QGraphicsItem* item : found) {
+        QGraphicsItem* ownerItem = qobject_cast<OvGsObject*>(item->toGraphicsObject()) ? item : item->parentItem();
+        const OvGsObject* owner = ownerItem ? qobject_cast<OvGsObject*>(ownerItem->toGraphicsObject()) : nullptr;
+        if (!owner || owner == this || owner->hidden || owner->isDiscarded() || seen.contains(owner))
+            continue;
+        seen.insert(owner);
+        if (owner->labelItem->isVisibleTo(owner))
+            rects.append(mapRectFromItem(owner, owner->getLabelRect()));
+        // Buttons show only while their item is current: keep clear of them anyway.
+        if (owner->trashAllowed)
+            rects.append(mapRectFromItem(owner, owner->childRect(owner->trashButton)));
+        if (owner->activeAllowed)
+            rects.append(mapRectFromItem(owner, owner->childRect(owner->activeButton)));
+    }
+    return rects;
+}
+
 void OvGsObject::placeLabelBeside(const QRectF& anArea)
 {
     const QRectF label = getLabelRect();
-    if (label.isEmpty() || (anArea.contains(label) && !isRectOnShape(label)))
+    if (label.isEmpty())
         return;
     const double step = kPlacementStep * unitsPerPixel();
+    // Other measurements' labels and buttons within reach of every candidate.
+    const double reach = (kPlacementRings + 1) * step;
+    const QVector<QRectF> others = neighbourRects(label.adjusted(-reach, -reach, reach, reach));
+    const double gap = kLabelPadding * unitsPerPixel();
+    const auto onOthers = [&](const QRectF& aRect) {
+        const QRectF grown = aRect.adjusted(-gap, -gap, gap, gap);
+        return std::any_of(others.begin(), others.end(),
+                           [&](const QRectF& anOther) { return grown.intersects(anOther); });
+    };
+    if (anArea.contains(label) && !onOthers(label) && !isRectOnShape(label))
+        return;
     auto tryAt = [&](int anI, int aJ) {
         const QRectF candidate = label.translated(anI * step, aJ * step);
-        if (!anArea.contains(candidate) || isRectOnShape(candidate))
+        if (!anArea.contains(candidate) || onOthers(candidate) || isRectOnShape(candidate))
             return false;
         labelItem->setPos(labelItem->pos() + candidate.topLeft() - label.topLeft());
         updateLeader();
@@ -484,6 +529,18 @@ bool OvGsObject::isPointOnObject(const QPointF& aPoint, int& aPart, int) const
         aPart = PartActive;
         return true;
     }
+    return false;
+}
+
+bool OvGsObject::isPointInsideOnly(const QPointF& aPoint, int aTolerance) const
+{
+    if (hidden || isPointOnLabel(aPoint) || isPointOnTrash(aPoint) || isPointOnActiveButton(aPoint))
+        return false;
+    return isPointInsideOutline(aPoint, aTolerance);
+}
+
+bool OvGsObject::isPointInsideOutline(const QPointF&, int) const
+{
     return false;
 }
 

@@ -351,13 +351,18 @@ void OvGsManipFrame::activate()
     }
     if (!isLocalMagnifier()) {
         QPointF pos;
+        // A tool is mostly chosen on the panel: the lens waits until the
+        // pointer comes over the picture (hoverEnterEvent shows it).
+        bool overView = false;
         QGraphicsScene* scene = editor->scene();
         if (scene && !scene->views().isEmpty()) {
             QGraphicsView* view = scene->views().first();
-            pos = editor->mapFromScene(view->mapToScene(view->mapFromGlobal(QCursor::pos())));
+            const QPoint cursor = view->viewport()->mapFromGlobal(QCursor::pos());
+            pos = editor->mapFromScene(view->mapToScene(cursor));
+            overView = view->viewport()->rect().contains(cursor) && editor->getEditorArea().contains(pos);
         }
         createLocalMagnifier(pos, magnifierSize, magnifierScale, true, true, getMagnifierHotspot());
-        showLocalMagnifier(true);
+        showLocalMagnifier(overView);
     }
 }
 
@@ -423,6 +428,9 @@ void OvGsManipFrame::hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent)
 
 void OvGsManipFrame::hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent)
 {
+    // The pointer is over the picture: the lens shows, also when the tool was
+    // chosen while the pointer was elsewhere.
+    showLocalMagnifier(true);
     if (kind.magnifierLeadsHover) {
         pointerMovedInProgress(moveMagnifier(anEvent->pos(), anEvent->scenePos()));
     } else {

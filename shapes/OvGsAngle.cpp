@@ -335,7 +335,7 @@ bool OvGsAngle::isPointOnBody(const QPointF& aPoint, int aTol) const
 {
     if (nodes.size() < 2)
         return false;
-    const QRectF probe = probeRect(aPoint, aTol);
+    const QRectF probe = bodyProbeRect(aPoint, aTol);
     const QPointF origin(0.0, 0.0);
     if (crossesDiagonals(origin, outerNode(0), probe))
         return true;

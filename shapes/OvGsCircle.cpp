@@ -220,6 +220,14 @@ int OvGsCircle::handleAt(const QPointF& aPoint, int aTol) const
     return nodeAt(nodes, 3, aPoint, aTol);
 }
 
+bool OvGsCircle::isPointInsideOutline(const QPointF& aPoint, int aTol) const
+{
+    if (nodes.size() != 3 || !(radius > 0.0))
+        return false;
+    const double margin = qMax(selSize, double(aTol)) / 2.0;
+    return qSqrt(QPointF::dotProduct(aPoint, aPoint)) < radius - margin && handleAt(aPoint, aTol) < 0;
+}
+
 void OvGsCircle::dragHandle(int aHandle, const QPointF& aPoint, const QPointF&)
 {
     if (aHandle < 0 || aHandle >= nodes.size())

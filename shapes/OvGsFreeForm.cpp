@@ -48,6 +48,23 @@ bool OvGsFreeForm::isPointOnObject(const QPointF& aPoint, int& aPart, int aToler
     return nodes.containsPoint(aPoint, Qt::WindingFill);
 }
 
+bool OvGsFreeForm::isPointInsideOutline(const QPointF& aPoint, int aTolerance) const
+{
+    if (!closed || nodes.size() < 3 || !nodes.containsPoint(aPoint, Qt::WindingFill))
+        return false;
+    const double margin = qMax(selSize, double(aTolerance)) / 2.0;
+    for (int i = 0; i < nodes.size(); ++i) {
+        const QPointF a = nodes.at(i);
+        const QPointF ab = nodes.at((i + 1) % nodes.size()) - a;
+        const double length2 = QPointF::dotProduct(ab, ab);
+        const double t = length2 > 0.0 ? qBound(0.0, QPointF::dotProduct(aPoint - a, ab) / length2, 1.0) : 0.0;
+        const QPointF offset = aPoint - (a + t * ab);
+        if (QPointF::dotProduct(offset, offset) <= margin * margin)
+            return false;
+    }
+    return true;
+}
+
 bool OvGsFreeForm::isRectContainsObject(const QRectF& aRect) const
 {
     return aRect.contains(nodes.boundingRect());

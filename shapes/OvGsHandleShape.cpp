@@ -8,6 +8,8 @@
 #include <QPainter>
 #include <QtMath>
 
+#include <algorithm>
+
 namespace {
 
 const double kNodeSize = 11.0;
@@ -175,10 +177,27 @@ QPointF OvGsHandleShape::roundedPoint(const QPointF& aPoint)
     return QPointF(qRound(aPoint.x()), qRound(aPoint.y()));
 }
 
-QRectF OvGsHandleShape::probeRect(const QPointF& aPoint, int aTol)
+double OvGsHandleShape::probeSide(int aTol) const
 {
-    const int half = aTol / 2;
-    return QRectF(aPoint - QPointF(half, half), QSizeF(aTol, aTol));
+    // An integer tolerance is the on-screen tolerance truncated: within one
+    // unit of it, the exact value serves (at high zoom it truncates to 0).
+    return (aTol < selSize && selSize - aTol < 1.0) ? selSize : double(aTol);
+}
+
+QRectF OvGsHandleShape::probeRect(const QPointF& aPoint, int aTol) const
+{
+    // Centred on the point: half of a small integer tolerance, rounded down,
+    // would leave the probe beside the point.
+    const double side = probeSide(aTol);
+    return QRectF(aPoint - QPointF(side / 2.0, side / 2.0), QSizeF(side, side));
+}
+
+QRectF OvGsHandleShape::bodyProbeRect(const QPointF& aPoint, int aTol) const
+{
+    // A line drawn wider than the tolerance (its width is in picture pixels,
+    // wide at high zoom) is hit wherever it shows.
+    const double side = std::max(probeSide(aTol), double(penWidth));
+    return QRectF(aPoint - QPointF(side / 2.0, side / 2.0), QSizeF(side, side));
 }
 
 bool OvGsHandleShape::isUsableZoom(double aZoom)
