@@ -15,6 +15,7 @@
 #include "OvGuiMeasurementTool.h"
 #include "OvToolBase.h"
 
+#include <QPointer>
 #include <QCoreApplication>
 #include <QGraphicsScene>
 #include <QGraphicsSceneHoverEvent>
@@ -617,6 +618,15 @@ bool OvGsManipFrame::writeChange(KxGsObject* anObj, KxParamKeyframeVector aValue
     if (data->animated)
         aValues.setFrameNumber(kernelData->getCurrentFrame());
     auto* command = new CmdChangeObject(kind.objectType, index, aValues, false);
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    if (descr->getValue(aValues, QStringLiteral("w")).isValid()
+        || descr->getValue(aValues, QStringLiteral("fs")).isValid()) {
+        const QPointer<OvGsManipFrame> self(this);
+        command->setAfterApplied([self, index]() {
+            if (self)
+                self->showStoredStyle(index);
+        });
+    }
     // Whatever the change makes others write (lines measured against a base)
     // joins the same step.
     undoStack->beginMacro(command->text());
@@ -744,8 +754,11 @@ void OvGsManipFrame::slotDeviceSetModified(int aFlags)
     }
     if (aFlags & kDeviceCalibrationOrUnits) {
         const QMap<int, KxGsObject*> objects = gsObjectMap;
-        for (KxGsObject* obj : objects)
+        for (KxGsObject* obj : objects) {
             updateDisplayValue(obj, getValueNameToDisplay(obj), true, true);
+            // A longer text must still fit inside the picture.
+            static_cast<OvGsObject*>(obj)->ensureLabelVisible();
+        }
     }
 }
 
@@ -972,9 +985,29 @@ void OvGsManipFrame::showStoredState(OvGsObject* anItem, const KxParamKeyframeVe
     anItem->setVisible(keyframeValue(aKeyframes, 0).toBool());
     anItem->setAlwaysHidden(keyframeValue(aKeyframes, 4).toBool());
     anItem->setColor(colorFromVariant(keyframeValue(aKeyframes, 1)));
-    applyStoredStyle(anItem, aKeyframes);
     updateDisplayValue(anItem, keyframeValue(aKeyframes, 2).toString(), true, true);
     anItem->ensureLabelVisible();
+}
+
+void OvGsManipFrame::gsObjectParamApplied(int anIdx, int anId)
+{
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    if (anId == descr->getParamId(QStringLiteral("w")) || anId == descr->getParamId(QStringLiteral("fs")))
+        showStoredStyle(anIdx);
+}
+
+void OvGsManipFrame::showStoredStyle(int anIdx)
+{
+    // A kernel change in general leaves width and font size alone; doing,
+    // undoing or redoing a style step must still show the stored style.
+    auto* item = qobject_cast<OvGsObject*>(gsObjectMap.value(anIdx));
+    const KxKernelObjectData* data = kernelData->getObject(kind.objectType, anIdx);
+    if (!item || !data || blockKernelNotification)
+        return;
+    applyStoredStyle(item, data->getKeyframesAt(kernelData->getCurrentFrame()));
+    applyStoredLabel(item, data->getKeyframesAt(kernelData->getCurrentFrame()));
+    item->ensureLabelVisible();
+    editor->update();
 }
 
 void OvGsManipFrame::applyStoredStyle(OvGsObject* anItem, const KxParamKeyframeVector& aKeyframes)

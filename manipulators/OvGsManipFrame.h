@@ -160,6 +160,7 @@ public:
     void gsObjectMoved(KxGsObject* anObj, const QPoint& aStoredPos) override;
     // The label's place in one step; nothing when unchanged.
     void gsObjectLabelMoved(KxGsObject* anObj) override;
+    void gsObjectParamApplied(int anIdx, int anId) override;
     QCursor getCursor() const override;
 
     // The panel shows the object's style and unit: from its kernel data when
@@ -299,12 +300,15 @@ protected:
     void dressNewItem(OvGsObject* anItem, Qt::PenStyle aStyle = Qt::DashLine);
     // anItem, an item of this kind, takes aKeyframes (one frame's state):
     // applyStoredGeometry() against the view origin, visibility, colour and
-    // the stored width and font size, and the stored value name on its
-    // label, kept inside the picture.
+    // the stored value name on its label, kept inside the picture. Width and
+    // font size follow only style steps (gsObjectParamApplied()).
     void showStoredState(OvGsObject* anItem, const KxParamKeyframeVector& aKeyframes);
     // anItem takes the stored pen width and label font size of aKeyframes
     // (its pen style stays).
     void applyStoredStyle(OvGsObject* anItem, const KxParamKeyframeVector& aKeyframes);
+    // The item of object anIdx takes its stored width, font size and label
+    // place (after a style step was done, undone or redone).
+    void showStoredStyle(int anIdx);
     // Puts anItem, a finished item of this kind, in the graphics-object map
     // under getNextObjectIndex(), names it after that index and lets its trash
     // button show. Returns the index.
