@@ -516,10 +516,14 @@ void OvGsObject::setAlwaysHidden(bool aHidden)
 
 void OvGsObject::adjustScale(double)
 {
+    updateLeader();
+}
+
+void OvGsObject::zoomSettled()
+{
     // Labels keep their screen size: at another zoom they are kept inside
     // the picture again, from where they were put.
     ensureLabelVisible();
-    updateLeader();
 }
 
 void OvGsObject::moveObjectBy(const QPointF&)

@@ -96,6 +96,7 @@ public:
     void setAlwaysHidden(bool aHidden);
 
     void adjustScale(double aZoom) override;
+    void zoomSettled() override;
     // Label and buttons are children and follow the shape's own setPos(); the
     // base part only refreshes the leader line.
     void moveObjectBy(const QPointF& aDelta) override;

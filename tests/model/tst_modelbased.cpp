@@ -20,6 +20,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <cstdio>
+
 #include <memory>
 
 namespace {
@@ -141,6 +143,12 @@ private slots:
         options.ignore = QString::fromLocal8Bit(qgetenv("OV_MODEL_IGNORE")).split(QLatin1Char(','), Qt::SkipEmptyParts);
         ModelRunHelper runner(window.get(), options);
         QVector<ModelActionHelper> actions = ModelActionHelper::randomSequence(seed, steps, series);
+        if (qEnvironmentVariableIsSet("OV_MODEL_LIST")) {
+            // The seed's steps, one a line, as OV_MODEL_REPLAY reads them.
+            for (const ModelActionHelper& action : qAsConst(actions))
+                std::printf("%s\n", qPrintable(action.describe()));
+            return;
+        }
         const QString replayFile = qEnvironmentVariable("OV_MODEL_REPLAY");
         if (!replayFile.isEmpty()) {
             // A step list as a failure printed it, one step a line.
