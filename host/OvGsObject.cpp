@@ -204,7 +204,11 @@ QRectF OvGsObject::childRect(const QGraphicsItem* aChild) const
 
 QRectF OvGsObject::getLabelRect() const
 {
-    return childRect(labelItem);
+    // The box without its selection frame: selecting a label must not change
+    // where it is kept (its top-left corner is its position).
+    const double units = unitsPerPixel();
+    const QRectF box = labelItem->rect();
+    return QRectF(labelItem->pos() + box.topLeft() * units, box.size() * units);
 }
 
 void OvGsObject::ensureLabelVisible()

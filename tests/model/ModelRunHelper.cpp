@@ -12,6 +12,7 @@
 #include <QApplication>
 
 #include <cmath>
+#include <cstdio>
 #include <QColorDialog>
 #include <QGraphicsPixmapItem>
 #include <QGraphicsView>
@@ -23,6 +24,7 @@
 #include <QUndoStack>
 
 #include <cmath>
+#include <cstdio>
 
 namespace {
 
@@ -539,9 +541,20 @@ bool ModelRunHelper::expectSame(const Snapshot& aWas, const QString& aWhen)
     return diff.isEmpty() || fail(aWhen + QStringLiteral(": ") + diff);
 }
 
+void ModelRunHelper::forgetDroppedRedo()
+{
+    // A panel edit with something selected is one undo group, and opening
+    // one drops what could be redone, also when the edit changes nothing.
+    const int count = window->undoStack()->count();
+    if (history.size() > count + 1)
+        history.resize(count + 1);
+}
+
 bool ModelRunHelper::finishAction(int anIndexBefore, int aSteps, const QString& aWhat)
 {
     QUndoStack* stack = window->undoStack();
+    if (qEnvironmentVariableIsSet("OV_MODEL_TRACE"))
+        std::fprintf(stderr, "%s\n", qPrintable(aWhat));
     if (stack->index() != anIndexBefore + aSteps)
         return fail(QStringLiteral("%1 left %2 undo steps, expected %3").arg(aWhat).arg(stack->index() - anIndexBefore)
                         .arg(aSteps));
@@ -936,11 +949,14 @@ bool ModelRunHelper::style(const ModelActionHelper& anAction)
         OvGestureScript script;
         script.parse(command);
         OvGestureReplayer replayer(window);
-        if (!replayer.run(script))
+        const bool offered = replayer.run(script);
+        forgetDroppedRedo();
+        if (!offered)
             return finishAction(before, 0, anAction.describe() + QStringLiteral(" (unit not offered)"));
     } else if (!play(command)) {
         return false;
     }
+    forgetDroppedRedo();
     bool changed = false;
     bool unsure = false;
     for (const Key& key : selected) {

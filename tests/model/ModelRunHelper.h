@@ -96,6 +96,7 @@ private:
     // The store equals the model; every item agrees with its stored object.
     bool checkConsistency(const QString& aWhen);
     // Records the state at the stack's index after an action of aSteps steps.
+    void forgetDroppedRedo();
     bool finishAction(int anIndexBefore, int aSteps, const QString& aWhat);
     bool expectSame(const Snapshot& aWas, const QString& aWhen);
 

@@ -172,6 +172,11 @@ private slots:
         if (failure.isEmpty())
             return;
 
+        // Said at once: shrinking may take long, and a run cut short by a time
+        // limit must still tell how to replay it.
+        qWarning("seed %llu failed at step %d, replay with OV_MODEL_SEED=%llu OV_MODEL_STEPS=%d: %s",
+                 static_cast<unsigned long long>(seed), failedStep, static_cast<unsigned long long>(seed),
+                 failedStep + 1, qPrintable(failure));
         // The shortest list of steps that still fails, for the report.
         const QVector<ModelActionHelper> prefix = actions.mid(0, failedStep + 1);
         const QString wanted = signature(failure);
