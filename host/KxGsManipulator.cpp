@@ -298,6 +298,10 @@ void KxGsManipulator::gsObjectLabelMoved(KxGsObject*)
 {
 }
 
+void KxGsManipulator::gsObjectParamApplied(int, int)
+{
+}
+
 void KxGsManipulator::updateDisplayValue(KxGsObject* anObj, const QString& aValueName, bool aStored, bool aRepaint)
 {
     if (!anObj)
@@ -370,11 +374,19 @@ bool KxGsManipulator::setGsObjectParamValue(KxGsObject* anObj, unsigned int anId
     values[static_cast<int>(anId)].setValue(aValue);
     if (data->animated)
         values.setFrameNumber(kernelData->getCurrentFrame());
+    auto* command = new CmdChangeObject(getObjectType(), idx, values, false);
+    // Undo and redo of this very write reach the manipulator, which may show
+    // parameters that a kernel change in general does not touch.
+    const QPointer<KxGsManipulator> self(this);
+    command->setAfterApplied([self, idx, anId]() {
+        if (self)
+            self->gsObjectParamApplied(idx, static_cast<int>(anId));
+    });
     if (undoStack) {
-        undoStack->push(new CmdChangeObject(getObjectType(), idx, values, false));
+        undoStack->push(command);
     } else {
-        CmdChangeObject command(getObjectType(), idx, values, false);
-        command.redo();
+        command->redo();
+        delete command;
     }
     return true;
 }
