@@ -370,6 +370,11 @@ bool KxGsManipulator::setGsObjectParamValue(KxGsObject* anObj, unsigned int anId
     const KxKernelObjectDataDescr* descr = kernelData->getDataDescriptor(getObjectType());
     if (!data || !descr || anId >= static_cast<unsigned int>(descr->getParamCount()))
         return false;
+    // Writing what is stored already is no change, and no undo step.
+    const KxParamKeyframeVector stored = data->getKeyframesAt(kernelData->getCurrentFrame());
+    if (static_cast<int>(anId) < stored.size() && stored[static_cast<int>(anId)].hasValue()
+        && stored[static_cast<int>(anId)].getValue() == aValue)
+        return true;
     KxParamKeyframeVector values = descr->createKeyframeVector();
     values[static_cast<int>(anId)].setValue(aValue);
     if (data->animated)

@@ -327,8 +327,12 @@ bool ModelRunHelper::isFree(const QPointF& aPoint, const KxGsObject* anExcept) c
         if (item == anExcept)
             continue;
         int part = 0;
-        // Twice the press tolerance: the test stays clear of borderline hits.
-        if (item->isPointOnObject(item->mapFromParent(aPoint), part, 2 * KxGsObject::kDefaultSelSize))
+        // Twice the press tolerance at the current zoom (a fitted picture is
+        // shown smaller, and presses reach further in picture pixels): the
+        // test stays clear of borderline hits.
+        const double zoom = window->getEditor()->getZoom();
+        const int tolerance = 2 * std::max(KxGsObject::kDefaultSelSize, int(KxGsObject::kDefaultSelSize / zoom));
+        if (item->isPointOnObject(item->mapFromParent(aPoint), part, tolerance))
             return false;
     }
     return true;
