@@ -112,8 +112,12 @@ void KxGsEditor::setZoom(double aZoom)
     zoom = aZoom;
     setScale(aZoom);
     view->setZoom(aZoom);
-    for (KxGsObject* obj : getAllChildGsObjects())
+    const QList<KxGsObject*> objects = getAllChildGsObjects();
+    for (KxGsObject* obj : objects)
         obj->adjustScale(aZoom);
+    // Only once every item has its new geometry: settling may look up others.
+    for (KxGsObject* obj : objects)
+        obj->zoomSettled();
     if (KxLocalMagnifier* magnifier = KxGsManipulator::localMagnifier())
         magnifier->update();
     emit scaleChanged();

@@ -34,6 +34,10 @@ void KxGsObject::adjustScale(double)
 {
 }
 
+void KxGsObject::zoomSettled()
+{
+}
+
 bool KxGsObject::isPointOnObject(const QPointF& aPoint, int& aPart, int aTolerance) const
 {
     aPart = 0;
@@ -135,6 +139,9 @@ QColor KxGsObject::getColor() const
 
 void KxGsObject::setPenStyle(Qt::PenStyle aStyle, int aWidth)
 {
+    // The outline's width is part of the bounding rectangle of most shapes.
+    if (aWidth != penWidth)
+        prepareGeometryChange();
     penStyle = aStyle;
     penWidth = aWidth;
     currentPen.setStyle(aStyle);

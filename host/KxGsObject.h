@@ -29,6 +29,8 @@ public:
 
     // Called by the editor with its zoom factor whenever the zoom changes.
     virtual void adjustScale(double aZoom);
+    // Called by the editor after every item took a new zoom. Base: nothing.
+    virtual void zoomSettled();
     // True when aPoint (item coordinates) hits the item within aTolerance
     // item units; aPart tells which part was hit (0 the body by default).
     virtual bool isPointOnObject(const QPointF& aPoint, int& aPart, int aTolerance) const;

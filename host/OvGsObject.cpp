@@ -128,6 +128,12 @@ bool OvGsObject::isLabelVisible() const
 void OvGsObject::setLabelPos(const QPointF& aPos)
 {
     labelPlaced = true;
+    labelWanted = aPos;
+    moveLabelTo(aPos);
+}
+
+void OvGsObject::moveLabelTo(const QPointF& aPos)
+{
     labelItem->setPos(aPos);
     updateLeader();
 }
@@ -199,7 +205,11 @@ QRectF OvGsObject::childRect(const QGraphicsItem* aChild) const
 
 QRectF OvGsObject::getLabelRect() const
 {
-    return childRect(labelItem);
+    // The box without its selection frame: selecting a label must not change
+    // where it is kept (its top-left corner is its position).
+    const double units = unitsPerPixel();
+    const QRectF box = labelItem->rect();
+    return QRectF(labelItem->pos() + box.topLeft() * units, box.size() * units);
 }
 
 void OvGsObject::ensureLabelVisible()
@@ -208,12 +218,17 @@ void OvGsObject::ensureLabelVisible()
     if (!editor)
         return;
     const QRectF area = editor->getEditorArea();
+    // Kept inside from where the label was put, not from where an earlier,
+    // wider text or another zoom pushed it: the place does not drift.
+    if (labelItem->pos() != labelWanted)
+        moveLabelTo(labelWanted);
     if (isLabelPlacedByHost()) {
         placeLabelBeside(mapRectFromParent(area));
         // A stored measurement's label is placed once; then it stays.
         const KxGsManipulator* manipulator = getManipulator();
         if (manipulator && manipulator->getObjectIdx(this) >= 0)
             labelPlaced = true;
+        labelWanted = labelItem->pos();
     }
     const QRectF label = mapRectToParent(getLabelRect());
     // A label larger than the area (the view is not laid out yet, or zoomed
@@ -231,7 +246,7 @@ void OvGsObject::ensureLabelVisible()
         top = area.top();
     if (label.bottom() > area.bottom())
         top = area.bottom() - label.height();
-    setLabelPos(mapFromParent(QPointF(left, top)));
+    moveLabelTo(mapFromParent(QPointF(left, top)));
 }
 
 bool OvGsObject::isLabelPlacedByHost() const
@@ -507,6 +522,13 @@ void OvGsObject::setAlwaysHidden(bool aHidden)
 void OvGsObject::adjustScale(double)
 {
     updateLeader();
+}
+
+void OvGsObject::zoomSettled()
+{
+    // Labels keep their screen size: at another zoom they are kept inside
+    // the picture again, from where they were put.
+    ensureLabelVisible();
 }
 
 void OvGsObject::moveObjectBy(const QPointF&)

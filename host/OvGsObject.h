@@ -96,6 +96,7 @@ public:
     void setAlwaysHidden(bool aHidden);
 
     void adjustScale(double aZoom) override;
+    void zoomSettled() override;
     // Label and buttons are children and follow the shape's own setPos(); the
     // base part only refreshes the leader line.
     void moveObjectBy(const QPointF& aDelta) override;
@@ -137,6 +138,8 @@ protected:
 private:
     void updateButtons();
     void updateLeader();
+    // Shows the label at aPos without taking it as the label's place.
+    void moveLabelTo(const QPointF& aPos);
     // A near place for the label (from its current one, on a screen-pixel
     // grid) that lies inside anArea and off the shape: straight up, right,
     // left or down first, then diagonally; unchanged when none.
@@ -164,6 +167,9 @@ private:
     bool labelDragging = false;
     // Someone put the label somewhere (setLabelPos or a drag).
     bool labelPlaced = false;
+    // Where the label was last put (setLabelPos, host placement); what
+    // ensureLabelVisible() shows is that place kept inside the picture.
+    QPointF labelWanted;
     // Set while isRectOnShape() probes the shape: the base part of
     // isPointOnObject() then reports nothing, so shapes test their geometry.
     mutable bool probingShape = false;

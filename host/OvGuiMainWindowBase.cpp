@@ -1,6 +1,7 @@
 #include "OvGuiMainWindowBase.h"
 
 #include "KxGsEditor.h"
+#include "KxSignalCenter.h"
 #include "OvToolBase.h"
 
 #include <QCoreApplication>
@@ -41,6 +42,20 @@ OvGuiMainWindowBase::OvGuiMainWindowBase(QWidget* aParent)
     if (!editor->scene())
         scene->addItem(editor);
     scene->setBackgroundBrush(QColor(64, 64, 64));
+    // A camera-resolution change rescales every stored measurement, while the
+    // undo history holds geometry in the old resolution's pixels: replaying
+    // it would put measurements where they no longer belong. The history
+    // starts afresh; the picture stays marked changed when it was.
+    connect(KxSignalCenter::getInstance(), &KxSignalCenter::signalCurrentResChangedByCamera, this,
+            [this](QSize anOld) {
+        // From a width of 0 there is nothing to rescale.
+        if (anOld.width() <= 0)
+            return;
+        const bool wasClean = undoStack->isClean();
+        undoStack->clear();
+        if (!wasClean)
+            undoStack->resetClean();
+    });
 
     view->setObjectName(QStringLiteral("editorView"));
     view->setMouseTracking(true);

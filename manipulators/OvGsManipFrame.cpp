@@ -16,6 +16,7 @@
 #include "OvQtCompat.h"
 #include "OvToolBase.h"
 
+#include <QPointer>
 #include <QCoreApplication>
 #include <QGraphicsScene>
 #include <QGraphicsSceneHoverEvent>
@@ -618,6 +619,15 @@ bool OvGsManipFrame::writeChange(KxGsObject* anObj, KxParamKeyframeVector aValue
     if (data->animated)
         aValues.setFrameNumber(kernelData->getCurrentFrame());
     auto* command = new CmdChangeObject(kind.objectType, index, aValues, false);
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    if (descr->getValue(aValues, QStringLiteral("w")).isValid()
+        || descr->getValue(aValues, QStringLiteral("fs")).isValid()) {
+        const QPointer<OvGsManipFrame> self(this);
+        command->setAfterApplied([self, index]() {
+            if (self)
+                self->showStoredStyle(index);
+        });
+    }
     // Whatever the change makes others write (lines measured against a base)
     // joins the same step.
     undoStack->beginMacro(command->text());
@@ -745,8 +755,11 @@ void OvGsManipFrame::slotDeviceSetModified(int aFlags)
     }
     if (aFlags & kDeviceCalibrationOrUnits) {
         const QMap<int, KxGsObject*> objects = gsObjectMap;
-        for (KxGsObject* obj : objects)
+        for (KxGsObject* obj : objects) {
             updateDisplayValue(obj, getValueNameToDisplay(obj), true, true);
+            // A longer text must still fit inside the picture.
+            static_cast<OvGsObject*>(obj)->ensureLabelVisible();
+        }
     }
 }
 
@@ -761,13 +774,12 @@ void OvGsManipFrame::slotObjectCreatedInKernel(int aType, int anIdx, const KxKer
     if (blockKernelNotification)
         return;
     objectCreatedInKernel(aType, anIdx, aData);
-    // The label goes where it was last seen, over whatever place the kind
-    // gave a new item; an object stored without one keeps that place.
+    // Kinds build a new item from the defaults; on a series the current
+    // frame's key frames win, and the label goes where it was last seen (an
+    // object stored without a place keeps the one the kind gave it).
     auto* item = aType == kind.objectType && aData ? qobject_cast<OvGsObject*>(gsObjectMap.value(anIdx)) : nullptr;
-    if (item) {
-        applyStoredLabel(item, aData->getKeyframesAt(kernelData->getCurrentFrame()));
-        item->ensureLabelVisible();
-    }
+    if (item)
+        showStoredState(item, aData->getKeyframesAt(kernelData->getCurrentFrame()));
 }
 
 void OvGsManipFrame::slotObjectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
@@ -792,24 +804,44 @@ void OvGsManipFrame::rescaleDefaultKeyframes(QSize anOld, QSize aNew)
     if (anOld == aNew || anOld.width() <= 0)
         return;
     const double factor = double(aNew.width()) / anOld.width();
-    const KxKernelObjectDataDescr* descr = getDescriptor();
-    const QString geometryKey = QString::fromLatin1(kind.geometryKey);
     const QMap<int, KxKernelObjectData*> objects = kernelData->getObjectsOfType(kind.objectType);
     for (KxKernelObjectData* data : objects) {
         KxParamKeyframeVector keyframes = data->getDefaultKeyframes();
         if (keyframes.size() < kParamCount)
             continue;
-        const QPoint pos = keyframes[3].getValue().toPoint();
-        keyframes[3].setValue(QPoint(OvQtCompat::round(pos.x() * factor), OvQtCompat::round(pos.y() * factor)));
-        descr->setValue(keyframes, geometryKey, scaleGeometry(descr->getValue(keyframes, geometryKey), factor));
-        // The label keeps its place relative to the scaled shape.
-        const QVariant labelPos = keyframeValue(keyframes, kLabelPosParam);
-        if (labelPos.isValid())
-            keyframes[kLabelPosParam].setValue(labelPos.toPointF() * factor);
-        scaleExtraParams(keyframes, factor);
+        scaleKeyframes(keyframes, factor);
         data->update(keyframes);
+        // Key frames of single frames of a series scale with the defaults.
+        const QList<qint64> frames = data->getKeyframeNumbers();
+        for (qint64 frame : frames) {
+            KxParamKeyframeVector own = data->getKeyframesExactlyAt(frame);
+            if (own.size() < kParamCount)
+                continue;
+            scaleKeyframes(own, factor);
+            own.setFrameNumber(frame);
+            data->update(own);
+        }
     }
-    recreateGraphicsObjects(getViewOrigin(), -1, true);
+    recreateGraphicsObjects(getViewOrigin(), kernelData->getCurrentFrame(), true);
+}
+
+void OvGsManipFrame::scaleKeyframes(KxParamKeyframeVector& aKeyframes, double aFactor) const
+{
+    // Only values the vector holds are scaled (a frame's vector may hold a few).
+    if (aKeyframes[3].hasValue()) {
+        const QPoint pos = aKeyframes[3].getValue().toPoint();
+        aKeyframes[3].setValue(QPoint(OvQtCompat::round(pos.x() * aFactor), OvQtCompat::round(pos.y() * aFactor)));
+    }
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    const QString geometryKey = QString::fromLatin1(kind.geometryKey);
+    const QVariant geometry = descr->getValue(aKeyframes, geometryKey);
+    if (geometry.isValid())
+        descr->setValue(aKeyframes, geometryKey, scaleGeometry(geometry, aFactor));
+    // The label keeps its place relative to the scaled shape.
+    const QVariant labelPos = keyframeValue(aKeyframes, kLabelPosParam);
+    if (labelPos.isValid())
+        aKeyframes[kLabelPosParam].setValue(labelPos.toPointF() * aFactor);
+    scaleExtraParams(aKeyframes, aFactor);
 }
 
 QVariant OvGsManipFrame::scaleGeometry(const QVariant& aGeometry, double aFactor) const
@@ -956,6 +988,38 @@ void OvGsManipFrame::showStoredState(OvGsObject* anItem, const KxParamKeyframeVe
     anItem->setColor(colorFromVariant(keyframeValue(aKeyframes, 1)));
     updateDisplayValue(anItem, keyframeValue(aKeyframes, 2).toString(), true, true);
     anItem->ensureLabelVisible();
+}
+
+void OvGsManipFrame::gsObjectParamApplied(int anIdx, int anId)
+{
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    if (anId == descr->getParamId(QStringLiteral("w")) || anId == descr->getParamId(QStringLiteral("fs")))
+        showStoredStyle(anIdx);
+}
+
+void OvGsManipFrame::showStoredStyle(int anIdx)
+{
+    // A kernel change in general leaves width and font size alone; doing,
+    // undoing or redoing a style step must still show the stored style.
+    auto* item = qobject_cast<OvGsObject*>(gsObjectMap.value(anIdx));
+    const KxKernelObjectData* data = kernelData->getObject(kind.objectType, anIdx);
+    if (!item || !data || blockKernelNotification)
+        return;
+    applyStoredStyle(item, data->getKeyframesAt(kernelData->getCurrentFrame()));
+    applyStoredLabel(item, data->getKeyframesAt(kernelData->getCurrentFrame()));
+    item->ensureLabelVisible();
+    editor->update();
+}
+
+void OvGsManipFrame::applyStoredStyle(OvGsObject* anItem, const KxParamKeyframeVector& aKeyframes)
+{
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    const QVariant width = descr->getValue(aKeyframes, QStringLiteral("w"));
+    if (width.isValid())
+        anItem->setPenStyle(anItem->penStyle, width.toInt());
+    const QVariant fontSize = descr->getValue(aKeyframes, QStringLiteral("fs"));
+    if (fontSize.isValid())
+        anItem->setLabelFontPixSize(fontSize.toInt());
 }
 
 void OvGsManipFrame::objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)

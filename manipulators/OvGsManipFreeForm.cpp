@@ -233,13 +233,7 @@ void OvGsManipFreeForm::finalizeShape()
     // Placed now: the zoom was applied while the shape had no nodes yet.
     item->updateTrashPos();
     placeLabel(item);
-
-    const KxParamKeyframeVector keyframes = createObjectKeyframes(item, QVariant::fromValue(item->nodes));
-    auto* data = new KxKernelObjectData(keyframes, getDescriptor()->getKeyframeTypes(), false);
-    pushOwnCommand(new CmdCreateObject(kind.objectType, index, data));
-
-    changeAnimationGsObject(item, kernelData->getMediaInfo().isVideoFile(), false, false);
-    updateDisplayValue(item, valueNames.value(0), true, true);
+    storeNewObject(item, index, QVariant::fromValue(item->nodes));
     inProgress = nullptr;
 }
 

@@ -46,6 +46,16 @@ void OvGsHandleShape::adjustScale(double aZoom)
     update();
 }
 
+void OvGsHandleShape::setGestureState(bool aMoving, bool aReshaping)
+{
+    if (aMoving == moving && aReshaping == reshaping)
+        return;
+    // A shape may draw more while it is reshaped (an angle's full lines).
+    prepareGeometryChange();
+    moving = aMoving;
+    reshaping = aReshaping;
+}
+
 bool OvGsHandleShape::isPointOnObject(const QPointF& aPoint, int& aPart, int aTol) const
 {
     if (OvGsObject::isPointOnObject(aPoint, aPart, aTol))
@@ -72,8 +82,7 @@ bool OvGsHandleShape::isReshaping() const
 
 void OvGsHandleShape::manipMousePressEvent(QMouseEvent* anEvent)
 {
-    moving = false;
-    reshaping = false;
+    setGestureState(false, false);
     setPenStyle(penStyle, penWidth);
     anEvent->ignore();
     if (hidden || isLocked() || !isVisible())
@@ -82,7 +91,7 @@ void OvGsHandleShape::manipMousePressEvent(QMouseEvent* anEvent)
     OvGsObject::manipMousePressEvent(anEvent);
     const QPointF point = roundedPoint(OvQtCompat::localPos(anEvent));
     if (anEvent->isAccepted()) {
-        reshaping = isPointOnLabel(point);
+        setGestureState(false, isPointOnLabel(point));
         return;
     }
 
@@ -90,9 +99,9 @@ void OvGsHandleShape::manipMousePressEvent(QMouseEvent* anEvent)
     activeNode = handleAt(point, tol);
     int part = 0;
     if (activeNode >= 0)
-        reshaping = true;
+        setGestureState(false, true);
     else if (isPointOnObject(OvQtCompat::localPos(anEvent), part, tol))
-        moving = canMoveWhole();
+        setGestureState(canMoveWhole(), false);
     else
         return;
     lastMousePos = pointerInParent(anEvent);
@@ -121,8 +130,7 @@ void OvGsHandleShape::manipMouseReleaseEvent(QMouseEvent* anEvent)
     anEvent->ignore();
     OvGsObject::manipMouseReleaseEvent(anEvent);
     if (anEvent->isAccepted()) {
-        moving = false;
-        reshaping = false;
+        setGestureState(false, false);
         return;
     }
     if (moving || reshaping) {
@@ -132,8 +140,7 @@ void OvGsHandleShape::manipMouseReleaseEvent(QMouseEvent* anEvent)
             if (KxGsManipulator* receiver = reshapeReceiver())
                 receiver->gsObjectChangedShape(this);
         }
-        moving = false;
-        reshaping = false;
+        setGestureState(false, false);
         anEvent->accept();
     }
     gestureReleased();

@@ -62,6 +62,9 @@ public:
     int activeNode;
 
 protected:
+    // Sets moving and reshaping, telling the scene first when they change (the
+    // scene's index must never hold an outdated bounding rectangle).
+    void setGestureState(bool aMoving, bool aReshaping);
     // aPoint in item coordinates, aTol the hit tolerance in item units. Whether the shape
     // itself (not its handles, label or buttons) lies within the tolerance.
     virtual bool isPointOnBody(const QPointF& aPoint, int aTol) const = 0;
