@@ -252,7 +252,7 @@ void OvGsManipDistance::objectCreatedInKernel(int aType, int anIdx, const KxKern
                                .toString();
     const QString prefix = QString::fromLatin1(kLinePrefix);
     bool numbered = false;
-    const int number = stored.startsWith(prefix) ? stored.midRef(prefix.size()).toInt(&numbered) : -1;
+    const int number = stored.startsWith(prefix) ? stored.mid(prefix.size()).toInt(&numbered) : -1;
     if (numbered && number >= theCount)
         theCount = number + 1;
     const QString name = stored.isEmpty() ? prefix + QString::number(theCount++) : stored;

@@ -628,7 +628,7 @@ void OvGsManipRelative::reserveLineName(const QString& aName)
     if (!aName.startsWith(prefix))
         return;
     bool ok = false;
-    const int number = aName.midRef(prefix.size()).toInt(&ok);
+    const int number = aName.mid(prefix.size()).toInt(&ok);
     if (ok && number >= counter)
         counter = number + 1;
 }

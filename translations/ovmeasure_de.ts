@@ -310,6 +310,13 @@
     </message>
 </context>
 <context>
+    <name>OvGsManipRelative</name>
+    <message>
+        <source>Move %1</source>
+        <translation>%1 verschieben</translation>
+    </message>
+</context>
+<context>
     <name>OvGuiMainWindowBase</name>
     <message>
         <source>Tools</source>
@@ -509,6 +516,37 @@
     </message>
 </context>
 <context>
+    <name>OvMeasurementExporter</name>
+    <message>
+        <source>Angle</source>
+        <translation>Winkel</translation>
+    </message>
+    <message>
+        <source>Distance</source>
+        <translation>Abstand</translation>
+    </message>
+    <message>
+        <source>Free form</source>
+        <translation>Freiform</translation>
+    </message>
+    <message>
+        <source>Circle</source>
+        <translation>Kreis</translation>
+    </message>
+    <message>
+        <source>Multiple distance</source>
+        <translation>Mehrfachabstand</translation>
+    </message>
+    <message>
+        <source>Parallel distance</source>
+        <translation>Parallelabstand</translation>
+    </message>
+    <message>
+        <source>Free line</source>
+        <translation>Freie Linie</translation>
+    </message>
+</context>
+<context>
     <name>OvMeasurementFile</name>
     <message>
         <source>Cannot write %1: %2</source>
@@ -540,6 +578,81 @@
     <message>
         <source>Measurement</source>
         <translation>Messung</translation>
+    </message>
+</context>
+<context>
+    <name>OvPanelMenuTexts</name>
+    <message>
+        <source>Distance</source>
+        <translation>Abstand</translation>
+    </message>
+    <message>
+        <source>Distance: a straight line between two points</source>
+        <translation>Abstand: eine gerade Linie zwischen zwei Punkten</translation>
+    </message>
+    <message>
+        <source>Free line</source>
+        <translation>Freie Linie</translation>
+    </message>
+    <message>
+        <source>Free line: the length of a line drawn by hand</source>
+        <translation>Freie Linie: die Länge einer von Hand gezogenen Linie</translation>
+    </message>
+    <message>
+        <source>Multiple distances</source>
+        <translation>Mehrfachabstände</translation>
+    </message>
+    <message>
+        <source>Multiple distances: perpendicular distances from points to a base line</source>
+        <translation>Mehrfachabstände: senkrechte Abstände von Punkten zu einer Basislinie</translation>
+    </message>
+    <message>
+        <source>Parallel distances</source>
+        <translation>Parallelabstände</translation>
+    </message>
+    <message>
+        <source>Parallel distances: lines parallel to a base line, labelled with their distance from it</source>
+        <translation>Parallelabstände: Linien parallel zu einer Basislinie, beschriftet mit ihrem Abstand von ihr</translation>
+    </message>
+    <message>
+        <source>Circle-to-circle distance</source>
+        <translation>Abstand Kreis zu Kreis</translation>
+    </message>
+    <message>
+        <source>Circle-to-circle distance: a line between the centres of two circles</source>
+        <translation>Abstand Kreis zu Kreis: eine Linie zwischen den Mittelpunkten zweier Kreise</translation>
+    </message>
+    <message>
+        <source>Diameter</source>
+        <translation>Durchmesser</translation>
+    </message>
+    <message>
+        <source>Circle through three rim points, labelled with its diameter</source>
+        <translation>Kreis durch drei Randpunkte, beschriftet mit seinem Durchmesser</translation>
+    </message>
+    <message>
+        <source>Radius</source>
+        <translation>Radius</translation>
+    </message>
+    <message>
+        <source>Circle through three rim points, labelled with its radius</source>
+        <translation>Kreis durch drei Randpunkte, beschriftet mit seinem Radius</translation>
+    </message>
+    <message>
+        <source>Inner angle</source>
+        <translation>Innenwinkel</translation>
+    </message>
+    <message>
+        <source>Inner angle: the angle between two lines, below 180°</source>
+        <translation>Innenwinkel: der Winkel zwischen zwei Linien, unter 180°</translation>
+    </message>
+    <message>
+        <source>Outer angle</source>
+        <translation>Außenwinkel</translation>
+    </message>
+    <message>
+        <source>Outer angle: 360° minus the inner angle</source>
+        <translation>Außenwinkel: 360° minus der Innenwinkel</translation>
     </message>
 </context>
 <context>

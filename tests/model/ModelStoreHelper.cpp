@@ -158,7 +158,7 @@ ModelStoreHelper::Object ModelStoreHelper::fromStore(int aType, int anIndex, con
 
 QString ModelStoreHelper::toText(const QVariant& aValue)
 {
-    switch (static_cast<int>(aValue.type())) {
+    switch (aValue.userType()) {
     case QMetaType::QPoint:
         return QStringLiteral("(%1,%2)").arg(aValue.toPoint().x()).arg(aValue.toPoint().y());
     case QMetaType::QPointF:
