@@ -26,15 +26,9 @@
 #include <cmath>
 #include <cstdio>
 
-namespace {
+using namespace ModelKinds;
 
-const int kDistance = 66653;
-const int kAngle = 66651;
-const int kCircle = 66656;
-const int kFreeForm = 66655;
-const int kFreeLine = 66755;
-const int kMultiple = 66658;
-const int kParallel = 66659;
+namespace {
 
 bool isRelative(int aType)
 {
