@@ -325,7 +325,7 @@ bool ModelRunHelper::isFree(const QPointF& aPoint, const KxGsObject* anExcept) c
         // shown smaller, and presses reach further in picture pixels): the
         // test stays clear of borderline hits.
         const double zoom = window->getEditor()->getZoom();
-        const int tolerance = 2 * std::max(KxGsObject::kDefaultSelSize, int(KxGsObject::kDefaultSelSize / zoom));
+        const int tolerance = 2 * std::max(int(KxGsObject::kDefaultSelSize), int(KxGsObject::kDefaultSelSize / zoom));
         if (item->isPointOnObject(item->mapFromParent(aPoint), part, tolerance))
             return false;
     }
