@@ -26,15 +26,9 @@
 #include <cmath>
 #include <cstdio>
 
-namespace {
+using namespace ModelKinds;
 
-const int kDistance = 66653;
-const int kAngle = 66651;
-const int kCircle = 66656;
-const int kFreeForm = 66655;
-const int kFreeLine = 66755;
-const int kMultiple = 66658;
-const int kParallel = 66659;
+namespace {
 
 bool isRelative(int aType)
 {
@@ -331,7 +325,7 @@ bool ModelRunHelper::isFree(const QPointF& aPoint, const KxGsObject* anExcept) c
         // shown smaller, and presses reach further in picture pixels): the
         // test stays clear of borderline hits.
         const double zoom = window->getEditor()->getZoom();
-        const int tolerance = 2 * std::max(KxGsObject::kDefaultSelSize, int(KxGsObject::kDefaultSelSize / zoom));
+        const int tolerance = 2 * std::max(int(KxGsObject::kDefaultSelSize), int(KxGsObject::kDefaultSelSize / zoom));
         if (item->isPointOnObject(item->mapFromParent(aPoint), part, tolerance))
             return false;
     }

@@ -6,13 +6,9 @@
 
 #include <cmath>
 
-namespace {
+using namespace ModelKinds;
 
-const int kMultiple = 66658;
-const int kParallel = 66659;
-const int kDistance = 66653;
-const int kAngle = 66651;
-const int kCircle = 66656;
+namespace {
 
 bool near(const QPointF& a, const QPointF& b, double aTolerance)
 {

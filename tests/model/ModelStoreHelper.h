@@ -12,6 +12,17 @@
 
 #include <optional>
 
+// The object type ids of the seven kinds, as the store has them.
+namespace ModelKinds {
+const int kAngle = 66651;
+const int kDistance = 66653;
+const int kFreeForm = 66655;
+const int kCircle = 66656;
+const int kMultiple = 66658;
+const int kParallel = 66659;
+const int kFreeLine = 66755;
+} // namespace ModelKinds
+
 // The reference model: what the store should hold for every measurement,
 // parameters 0 to 8, told from what the user did rather than read back.
 // Geometry is kept as absolute picture points (a distance's two ends, a
