@@ -243,6 +243,17 @@ void ModelRunHelper::mouse(int aType, const QPointF& aPoint, bool aControl)
     QApplication::sendEvent(viewport, &event);
 }
 
+QPointF ModelRunHelper::pressPoint(const QPointF& aPoint) const
+{
+    // Where a press aimed at aPoint lands: mouse() scrolls it into view and
+    // sends it on a whole pixel of the viewport.
+    QGraphicsView* view = window->getView();
+    KxGsEditor* editor = window->getEditor();
+    const QPointF scenePoint = editor->mapToScene(aPoint);
+    view->ensureVisible(QRectF(scenePoint, QSizeF(1.0, 1.0)), 40, 40);
+    return editor->mapFromScene(view->mapToScene(view->mapFromScene(scenePoint)));
+}
+
 void ModelRunHelper::click(const QPointF& aPoint, bool aControl)
 {
     mouse(QEvent::MouseMove, aPoint, aControl);
@@ -820,7 +831,7 @@ bool ModelRunHelper::edit(const ModelActionHelper& anAction)
         return finishAction(before, 1, what);
     }
 
-    const QPointF body = bodyPoint(object);
+    const QPointF body = pressPoint(bodyPoint(object));
     if (anAction.kind == ModelActionHelper::Select || anAction.kind == ModelActionHelper::ClickBody) {
         int part = -1;
         if (!isFree(body, item) || !item->isPointOnObject(item->mapFromParent(body), part, 2) || part != 0)
@@ -842,7 +853,7 @@ bool ModelRunHelper::edit(const ModelActionHelper& anAction)
         // dragging one turns the arm, so only the outer ones are dragged.
         if (key.first == kAngle)
             handle |= 1;
-        from = object.points[handle];
+        from = pressPoint(object.points[handle]);
         editor->setCurrentObject(item, false);
     }
     QVector<QPointF> moved = object.points;

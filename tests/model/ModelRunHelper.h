@@ -62,6 +62,7 @@ private:
     // User gestures.
     bool play(const QString& aScript);
     void mouse(int aType, const QPointF& aPoint, bool aControl = false);
+    QPointF pressPoint(const QPointF& aPoint) const;
     void click(const QPointF& aPoint, bool aControl = false);
     void drag(const QPointF& aFrom, const QPointF& aTo);
 
