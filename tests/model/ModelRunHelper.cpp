@@ -11,6 +11,7 @@
 
 #include <QApplication>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <QColorDialog>
@@ -23,6 +24,7 @@
 #include <QSpinBox>
 #include <QUndoStack>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -870,6 +872,17 @@ bool ModelRunHelper::edit(const ModelActionHelper& anAction)
         if (handle < 0)
             sane = sane && distance(from, object.points[i]) >= 24;
     }
+    if (key.first == kAngle && handle >= 0 && sane && moved.size() == 4) {
+        // The arms are kept running outward from where they cross, inside the
+        // picture: a drag that takes the vertex out of the picture or pulls a
+        // node past it makes the angle re-place its nodes. Such drags are not
+        // what this step checks.
+        QPointF vertex;
+        const QLineF first(moved[0], moved[1]);
+        const QLineF second(moved[2], moved[3]);
+        sane = first.intersects(second, &vertex) != QLineF::NoIntersection && inPicture(vertex)
+               && distance(moved[handle], vertex) > distance(moved[handle ^ 1], vertex) + 10.0;
+    }
     if (key.first == kCircle && sane) {
         const QPointF a = moved[1] - moved[0];
         const QPointF b = moved[2] - moved[0];
@@ -1094,6 +1107,21 @@ bool ModelRunHelper::cameraRoundTrip()
             continue;
         const QPointF anchor = anchors.value(key) * 0.5;
         OvGsObject* item = itemOf(key);
+        if (item && (key.first == kFreeForm || key.first == kFreeLine)) {
+            // A free form's label belongs to the node nearest its bounding
+            // box's corner; rounding the halved nodes may make another one the
+            // nearest. It must be one of the nodes it has now.
+            const KxKernelObjectData* data = kernel->getObject(key.first, key.second);
+            const QVector<QPointF> nodes = data ? ModelStoreHelper::storedPoints(key.first, data->getDefaultKeyframes())
+                                                : QVector<QPointF>();
+            const QPointF at = item->mapToParent(item->getLabelAnchor());
+            const bool onNode = std::any_of(nodes.cbegin(), nodes.cend(),
+                                            [&](const QPointF& aNode) { return distance(aNode, at) <= 1.5; });
+            if (!onNode)
+                return fail(QStringLiteral("camera at half resolution: object %1/%2 label belongs to %3, no node is there")
+                                .arg(key.first).arg(key.second).arg(pointText(item->getLabelAnchor())));
+            continue;
+        }
         if (item && distance(item->getLabelAnchor(), anchor) > 1.5)
             return fail(QStringLiteral("camera at half resolution: object %1/%2 label belongs to %3, its shape's point is now %4")
                             .arg(key.first).arg(key.second).arg(pointText(item->getLabelAnchor()), pointText(anchor)));
