@@ -2,6 +2,7 @@
 
 #include "KxGsEditor.h"
 #include "KxGsManipulator.h"
+#include "OvQtCompat.h"
 
 #include <QGraphicsLineItem>
 #include <QGraphicsPixmapItem>
@@ -572,7 +573,7 @@ void OvGsObject::manipMousePressEvent(QMouseEvent* anEvent)
     labelDragging = false;
     if (hidden || !isVisible())
         return;
-    const QPointF local = anEvent->localPos();
+    const QPointF local = OvQtCompat::localPos(anEvent);
     if (isPointOnTrash(local)) {
         anEvent->accept();
         if (KxGsManipulator* manipulator = getManipulator())
@@ -600,7 +601,7 @@ void OvGsObject::manipMouseMoveEvent(QMouseEvent* anEvent)
     anEvent->ignore();
     if (!labelDragging)
         return;
-    setLabelPos(labelPosAtDragStart + (anEvent->localPos() - labelDragStart));
+    setLabelPos(labelPosAtDragStart + (OvQtCompat::localPos(anEvent) - labelDragStart));
     ensureLabelVisible();
     anEvent->accept();
 }

@@ -13,6 +13,7 @@
 #include "OvDeviceSetManager.h"
 #include "OvGsObject.h"
 #include "OvGuiMeasurementTool.h"
+#include "OvQtCompat.h"
 #include "OvToolBase.h"
 
 #include <QPointer>
@@ -829,7 +830,7 @@ void OvGsManipFrame::scaleKeyframes(KxParamKeyframeVector& aKeyframes, double aF
     // Only values the vector holds are scaled (a frame's vector may hold a few).
     if (aKeyframes[3].hasValue()) {
         const QPoint pos = aKeyframes[3].getValue().toPoint();
-        aKeyframes[3].setValue(QPoint(qRound(pos.x() * aFactor), qRound(pos.y() * aFactor)));
+        aKeyframes[3].setValue(QPoint(OvQtCompat::round(pos.x() * aFactor), OvQtCompat::round(pos.y() * aFactor)));
     }
     const KxKernelObjectDataDescr* descr = getDescriptor();
     const QString geometryKey = QString::fromLatin1(kind.geometryKey);
@@ -845,10 +846,10 @@ void OvGsManipFrame::scaleKeyframes(KxParamKeyframeVector& aKeyframes, double aF
 
 QVariant OvGsManipFrame::scaleGeometry(const QVariant& aGeometry, double aFactor) const
 {
-    switch (static_cast<int>(aGeometry.type())) {
+    switch (aGeometry.userType()) {
     case QMetaType::QPoint: {
         const QPoint point = aGeometry.toPoint();
-        return QPoint(qRound(point.x() * aFactor), qRound(point.y() * aFactor));
+        return QPoint(OvQtCompat::round(point.x() * aFactor), OvQtCompat::round(point.y() * aFactor));
     }
     case QMetaType::QPointF:
         return aGeometry.toPointF() * aFactor;
@@ -861,7 +862,7 @@ QVariant OvGsManipFrame::scaleGeometry(const QVariant& aGeometry, double aFactor
     case QMetaType::QPolygon: {
         QPolygon polygon = aGeometry.value<QPolygon>();
         for (QPoint& point : polygon)
-            point = QPoint(qRound(point.x() * aFactor), qRound(point.y() * aFactor));
+            point = QPoint(OvQtCompat::round(point.x() * aFactor), OvQtCompat::round(point.y() * aFactor));
         return polygon;
     }
     default:
@@ -901,7 +902,7 @@ KxParamKeyframeVector OvGsManipFrame::createObjectKeyframes(const OvGsObject* an
     keyframes[0].setValue(true);
     keyframes[1].setValue(anItem->getColor());
     keyframes[2].setValue(valueNameOf(anItem));
-    keyframes[3].setValue(QPoint(qRound(pos.x()), qRound(pos.y())) + getViewOrigin());
+    keyframes[3].setValue(QPoint(OvQtCompat::round(pos.x()), OvQtCompat::round(pos.y())) + getViewOrigin());
     keyframes[4].setValue(false);
     descr->setValue(keyframes, QString::fromLatin1(kind.geometryKey), aGeometry);
     keyframes[kLabelPosParam].setValue(anItem->getLabelPos());
@@ -1073,7 +1074,7 @@ void OvGsManipFrame::gsObjectChangedShape(KxGsObject* anObj)
     const KxKernelObjectDataDescr* descr = getDescriptor();
     KxParamKeyframeVector keyframes = descr->createKeyframeVector();
     const QPointF pos = anObj->pos();
-    keyframes[3].setValue(QPoint(qRound(pos.x()), qRound(pos.y())) + getViewOrigin());
+    keyframes[3].setValue(QPoint(OvQtCompat::round(pos.x()), OvQtCompat::round(pos.y())) + getViewOrigin());
     descr->setValue(keyframes, QString::fromLatin1(kind.geometryKey), itemGeometry(anObj));
     if (auto* item = qobject_cast<OvGsObject*>(anObj))
         keyframes[kLabelPosParam].setValue(item->getLabelPos());

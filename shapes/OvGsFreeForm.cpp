@@ -1,5 +1,7 @@
 #include "OvGsFreeForm.h"
 
+#include "OvQtCompat.h"
+
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPen>
@@ -94,11 +96,11 @@ void OvGsFreeForm::manipMousePressEvent(QMouseEvent* anEvent)
         return;
     OvGsObject::manipMousePressEvent(anEvent);
     if (anEvent->isAccepted()) {
-        reshaping = isPointOnLabel(anEvent->localPos());
+        reshaping = isPointOnLabel(OvQtCompat::localPos(anEvent));
         return;
     }
     int part = 0;
-    if (isPointOnObject(anEvent->localPos(), part, int(selSize)))
+    if (isPointOnObject(OvQtCompat::localPos(anEvent), part, int(selSize)))
         anEvent->accept();
 }
 

@@ -1,6 +1,7 @@
 #include "OvGsHandleShape.h"
 
 #include "KxGsManipulator.h"
+#include "OvQtCompat.h"
 
 #include <QBrush>
 #include <QColor>
@@ -88,7 +89,7 @@ void OvGsHandleShape::manipMousePressEvent(QMouseEvent* anEvent)
         return;
 
     OvGsObject::manipMousePressEvent(anEvent);
-    const QPointF point = roundedPoint(anEvent->localPos());
+    const QPointF point = roundedPoint(OvQtCompat::localPos(anEvent));
     if (anEvent->isAccepted()) {
         setGestureState(false, isPointOnLabel(point));
         return;
@@ -99,7 +100,7 @@ void OvGsHandleShape::manipMousePressEvent(QMouseEvent* anEvent)
     int part = 0;
     if (activeNode >= 0)
         setGestureState(false, true);
-    else if (isPointOnObject(anEvent->localPos(), part, tol))
+    else if (isPointOnObject(OvQtCompat::localPos(anEvent), part, tol))
         setGestureState(canMoveWhole(), false);
     else
         return;
@@ -119,7 +120,7 @@ void OvGsHandleShape::manipMouseMoveEvent(QMouseEvent* anEvent)
     if (moving)
         translateBy(delta);
     else if (reshaping)
-        dragHandle(activeNode, roundedPoint(anEvent->localPos()), delta);
+        dragHandle(activeNode, roundedPoint(OvQtCompat::localPos(anEvent)), delta);
     lastMousePos = pointer;
     anEvent->accept();
 }
@@ -181,7 +182,7 @@ bool OvGsHandleShape::solidWhileIdle() const
 
 QPointF OvGsHandleShape::roundedPoint(const QPointF& aPoint)
 {
-    return QPointF(qRound(aPoint.x()), qRound(aPoint.y()));
+    return QPointF(OvQtCompat::round(aPoint.x()), OvQtCompat::round(aPoint.y()));
 }
 
 double OvGsHandleShape::probeSide(int aTol) const
@@ -236,7 +237,7 @@ QRectF OvGsHandleShape::nodeRect(const QPointF& aCentre) const
 
 QPointF OvGsHandleShape::pointerInParent(const QMouseEvent* anEvent) const
 {
-    return roundedPoint(mapToParent(anEvent->localPos()));
+    return roundedPoint(mapToParent(OvQtCompat::localPos(anEvent)));
 }
 
 QPen OvGsHandleShape::prepareOutline(QPainter* aPainter) const

@@ -193,7 +193,7 @@ private slots:
         QCOMPARE(measured->pos(), m.pos);
         QVERIFY2((measured->vector - m.vector).manhattanLength() < 1e-3, qPrintable(state(m.type, 2)));
         QCOMPARE(measured->getDisplayValue(), m.text);
-        if (m.len.type() == QVariant::PointF)
+        if (m.len.userType() == QMetaType::QPointF)
             QVERIFY((storedParam(m.type, 2, "len").toPointF() - m.len.toPointF()).manhattanLength() < 1e-3);
         else
             QCOMPARE(storedParam(m.type, 2, "len"), m.len);

@@ -1,5 +1,7 @@
 #include "ModelStoreHelper.h"
 
+#include "OvQtCompat.h"
+
 #include <QPolygonF>
 #include <QStringList>
 #include <QVariant>
@@ -106,12 +108,12 @@ void ModelStoreHelper::scale(double aFactor, const QMap<Key, QPoint>& aPositions
         // Positions are whole pixels; the rest of the geometry keeps its
         // place relative to them.
         const QPointF oldStart = aPositions.value(it.key());
-        const QPointF newStart(qRound(oldStart.x() * aFactor), qRound(oldStart.y() * aFactor));
+        const QPointF newStart(OvQtCompat::round(oldStart.x() * aFactor), OvQtCompat::round(oldStart.y() * aFactor));
         for (QPointF& point : object.points)
             point = newStart + (point - oldStart) * aFactor;
         if (object.type == kDistance && object.points.size() == 2) {
             const QPointF len = object.points[1] - object.points[0];
-            object.points[1] = object.points[0] + QPointF(qRound(len.x()), qRound(len.y()));
+            object.points[1] = object.points[0] + QPointF(OvQtCompat::round(len.x()), OvQtCompat::round(len.y()));
         }
     }
     for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
@@ -154,7 +156,7 @@ ModelStoreHelper::Object ModelStoreHelper::fromStore(int aType, int anIndex, con
 
 QString ModelStoreHelper::toText(const QVariant& aValue)
 {
-    switch (static_cast<int>(aValue.type())) {
+    switch (aValue.userType()) {
     case QMetaType::QPoint:
         return QStringLiteral("(%1,%2)").arg(aValue.toPoint().x()).arg(aValue.toPoint().y());
     case QMetaType::QPointF:
