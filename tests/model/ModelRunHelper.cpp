@@ -657,6 +657,14 @@ bool ModelRunHelper::draw(const ModelActionHelper& anAction)
     for (const QPoint& point : p) {
         if (!isFree(point))
             return finishAction(before, 0, QStringLiteral("draw skipped (a point is on a measurement)"));
+        // Choosing a relative tool shows its bases' active buttons, which a
+        // press then reaches: keep clear of them too, shown or not yet.
+        for (KxGsObject* other : isRelative(type) ? editor->getAllChildGsObjects() : QList<KxGsObject*>()) {
+            const auto* measurement = qobject_cast<const OvGsObject*>(other);
+            QGraphicsPixmapItem* button = measurement && other->type() == type ? measurement->getActiveButton() : nullptr;
+            if (button && editor->mapRectFromScene(button->sceneBoundingRect()).adjusted(-4, -4, 4, 4).contains(point))
+                return finishAction(before, 0, QStringLiteral("draw skipped (a point is on a base's active button)"));
+        }
     }
     if (!play(QStringLiteral("tool %1\n").arg(tool)))
         return false;
