@@ -98,6 +98,11 @@ void OvCalibrationLineManipulator::keyPressEvent(QKeyEvent* anEvent)
         return;
     }
     anEvent->accept();
+    cancel();
+}
+
+void OvCalibrationLineManipulator::cancel()
+{
     finish(0.0);
 }
 

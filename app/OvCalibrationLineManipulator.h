@@ -31,6 +31,9 @@ public:
     void keyPressEvent(QKeyEvent* anEvent) override;
 
     bool isDrawing() const { return line != nullptr; }
+    // Escape: drops the line, emits signalCancelled and gives the editor
+    // back, whether or not a line is being drawn; no dialog follows.
+    void cancel();
 
     // Lines shorter than this (in pixels) are taken for a click.
     static constexpr double kMinLength = 2.0;

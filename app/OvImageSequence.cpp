@@ -48,16 +48,17 @@ QString describeImageJ(const QString& aDescription)
     const int frames = number("frames");
     QStringList parts;
     if (channels > 1)
-        parts << tr("%1 channels").arg(channels);
+        parts << QCoreApplication::translate("OvImageSequence", "%1 channels").arg(channels);
     if (slices > 1)
-        parts << tr("%1 slices").arg(slices);
+        parts << QCoreApplication::translate("OvImageSequence", "%1 slices").arg(slices);
     if (frames > 1)
-        parts << tr("%1 frames").arg(frames);
+        parts << QCoreApplication::translate("OvImageSequence", "%1 frames").arg(frames);
     if (parts.isEmpty())
         return QString();
+    const QString list = parts.join(QStringLiteral(", "));
     return aDescription.contains(QLatin1String("hyperstack=true"))
-        ? tr("ImageJ hyperstack: %1").arg(parts.join(QStringLiteral(", ")))
-        : tr("ImageJ stack: %1").arg(parts.join(QStringLiteral(", ")));
+        ? QCoreApplication::translate("OvImageSequence", "ImageJ hyperstack: %1").arg(list)
+        : QCoreApplication::translate("OvImageSequence", "ImageJ stack: %1").arg(list);
 }
 
 } // namespace

@@ -47,7 +47,7 @@ void OvMeasurementExporter::appendRows(QVector<Row>& aRows, int aType, int anInd
     const qint64 frame = KxKernelData::getInstance()->getCurrentFrame();
     QStringList units;
     const QList<QVariant> values = aManipulator->getCalculatedValues(aNames, aData, units);
-    const QString typeName = aManipulator->getObjectTypeName(anIndex);
+    const QString typeName = kindName(aType, aManipulator->getObjectTypeName(anIndex));
     for (int i = 0; i < aNames.size(); ++i) {
         Row row;
         row.type = aType;
@@ -59,6 +59,28 @@ void OvMeasurementExporter::appendRows(QVector<Row>& aRows, int aType, int anInd
         row.typeName = typeName;
         row.frame = frame;
         aRows.append(row);
+    }
+}
+
+QString OvMeasurementExporter::kindName(int aType, const QString& aFallback)
+{
+    switch (aType) {
+    case 66651:
+        return tr("Angle");
+    case 66653:
+        return tr("Distance");
+    case 66655:
+        return tr("Free form");
+    case 66656:
+        return tr("Circle");
+    case 66658:
+        return tr("Multiple distance");
+    case 66659:
+        return tr("Parallel distance");
+    case 66755:
+        return tr("Free line");
+    default:
+        return aFallback;
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -12,6 +13,8 @@ class KxKernelObjectData;
 // the measuring manipulators compute them, and writes them as CSV.
 class OvMeasurementExporter
 {
+    Q_DECLARE_TR_FUNCTIONS(OvMeasurementExporter)
+
 public:
     struct Row
     {
@@ -38,6 +41,10 @@ public:
     static QString toCsv(const QVector<Row>& aRows);
     // A value as toCsv() writes it.
     static QString formatNumber(double aValue);
+    // The kind of a measurement type id as people read it ("Free line",
+    // "Multiple distance"): the label names of some kinds are abbreviations.
+    // aFallback for a type this viewer does not know.
+    static QString kindName(int aType, const QString& aFallback);
     // Writes UTF-8; false with a message when the file cannot be written.
     static bool writeCsv(const QString& aFileName, QString* anError);
 

@@ -2,6 +2,7 @@
 
 #include "KxPluginInterface.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QLibrary>
@@ -11,8 +12,16 @@
 
 QStringList OvPluginHost::pluginDirectories()
 {
+    // Run from the build tree, the viewer (or a test) takes the plug-ins built
+    // with it; installed, the package's plug-in folder, found from the
+    // executable so the package works wherever it is installed.
+    const QString appDir = QCoreApplication::applicationDirPath();
+    QStringList candidates;
+    if (QFileInfo(appDir).canonicalFilePath() == QFileInfo(QStringLiteral(OV_BUILD_BIN_DIR)).canonicalFilePath())
+        candidates << QStringLiteral(OV_BUILD_PLUGIN_DIR);
+    candidates << appDir + QStringLiteral("/" OV_INSTALL_PLUGIN_DIR_FROM_BIN);
     QStringList dirs;
-    for (const QString& dir : { QStringLiteral(OV_BUILD_PLUGIN_DIR), QStringLiteral(OV_INSTALL_PLUGIN_DIR) }) {
+    for (const QString& dir : qAsConst(candidates)) {
         const QString canonical = QFileInfo(dir).canonicalFilePath();
         if (!canonical.isEmpty() && QFileInfo(canonical).isDir() && !dirs.contains(canonical))
             dirs << canonical;

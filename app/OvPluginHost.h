@@ -22,7 +22,8 @@ public:
         KxPluginInterface* plugin = nullptr;
     };
 
-    // Existing plug-in folders, build tree first.
+    // Existing plug-in folders: the build tree's when the executable runs from
+    // it, then the installed one, found relative to the executable.
     static QStringList pluginDirectories();
 
     // Loads one library; null with a message when it is not a loadable Qt

@@ -14,6 +14,35 @@
 
 namespace {
 
+// What the current directory says about its page's layout.
+struct PageLayout
+{
+    uint32_t width = 0;
+    uint32_t height = 0;
+    uint16_t bits = 1;
+    uint16_t samples = 1;
+    uint16_t planar = PLANARCONFIG_CONTIG;
+    uint16_t compression = COMPRESSION_NONE;
+    uint16_t format = SAMPLEFORMAT_UINT;
+    // Files that leave it out are grey, or RGB with three samples or more.
+    uint16_t photometric = PHOTOMETRIC_MINISBLACK;
+};
+
+PageLayout readPageLayout(TIFF* aHandle)
+{
+    PageLayout layout;
+    TIFFGetField(aHandle, TIFFTAG_IMAGEWIDTH, &layout.width);
+    TIFFGetField(aHandle, TIFFTAG_IMAGELENGTH, &layout.height);
+    TIFFGetFieldDefaulted(aHandle, TIFFTAG_BITSPERSAMPLE, &layout.bits);
+    TIFFGetFieldDefaulted(aHandle, TIFFTAG_SAMPLESPERPIXEL, &layout.samples);
+    TIFFGetFieldDefaulted(aHandle, TIFFTAG_PLANARCONFIG, &layout.planar);
+    TIFFGetFieldDefaulted(aHandle, TIFFTAG_COMPRESSION, &layout.compression);
+    TIFFGetFieldDefaulted(aHandle, TIFFTAG_SAMPLEFORMAT, &layout.format);
+    if (!TIFFGetField(aHandle, TIFFTAG_PHOTOMETRIC, &layout.photometric))
+        layout.photometric = layout.samples >= 3 ? PHOTOMETRIC_RGB : PHOTOMETRIC_MINISBLACK;
+    return layout;
+}
+
 QString tr(const char* aText)
 {
     return QCoreApplication::translate("OvTiffReader", aText);
@@ -142,18 +171,13 @@ bool OvTiffReader::findContiguousImages(QString* anError)
     // ImageJ writes the images of a large stack one after the other behind
     // the first page's data, which has the only directory: uncompressed,
     // in strips that follow each other.
-    uint16_t compression = COMPRESSION_NONE;
-    uint16_t bits = 1;
-    uint16_t samples = 1;
-    uint16_t planar = PLANARCONFIG_CONTIG;
-    uint32_t width = 0;
-    uint32_t height = 0;
-    TIFFGetFieldDefaulted(handle, TIFFTAG_COMPRESSION, &compression);
-    TIFFGetFieldDefaulted(handle, TIFFTAG_BITSPERSAMPLE, &bits);
-    TIFFGetFieldDefaulted(handle, TIFFTAG_SAMPLESPERPIXEL, &samples);
-    TIFFGetFieldDefaulted(handle, TIFFTAG_PLANARCONFIG, &planar);
-    TIFFGetField(handle, TIFFTAG_IMAGEWIDTH, &width);
-    TIFFGetField(handle, TIFFTAG_IMAGELENGTH, &height);
+    const PageLayout layout = readPageLayout(handle);
+    const uint16_t compression = layout.compression;
+    const uint16_t bits = layout.bits;
+    const uint16_t samples = layout.samples;
+    const uint16_t planar = layout.planar;
+    const uint32_t width = layout.width;
+    const uint32_t height = layout.height;
     uint64_t* offsets = nullptr;
     uint64_t* byteCounts = nullptr;
     const int strips = int(TIFFNumberOfStrips(handle));
@@ -186,17 +210,13 @@ bool OvTiffReader::findContiguousImages(QString* anError)
 QImage OvTiffReader::readContiguous(int aPage, QString* anError)
 {
     // Page 0's directory describes every image.
-    uint16_t bits = 8;
-    uint16_t samples = 1;
-    uint16_t photometric = PHOTOMETRIC_MINISBLACK;
-    uint32_t width = 0;
-    uint32_t height = 0;
     TIFFSetDirectory(handle, directories.first());
-    TIFFGetFieldDefaulted(handle, TIFFTAG_BITSPERSAMPLE, &bits);
-    TIFFGetFieldDefaulted(handle, TIFFTAG_SAMPLESPERPIXEL, &samples);
-    TIFFGetField(handle, TIFFTAG_PHOTOMETRIC, &photometric);
-    TIFFGetField(handle, TIFFTAG_IMAGEWIDTH, &width);
-    TIFFGetField(handle, TIFFTAG_IMAGELENGTH, &height);
+    const PageLayout layout = readPageLayout(handle);
+    const uint16_t bits = layout.bits;
+    const uint16_t samples = layout.samples;
+    const uint16_t photometric = layout.photometric;
+    const uint32_t width = layout.width;
+    const uint32_t height = layout.height;
     QFile in(file);
     QByteArray data;
     if (in.open(QIODevice::ReadOnly) && in.seek(qint64(contiguousOffset + quint64(aPage) * contiguousBytes)))
@@ -260,21 +280,14 @@ QImage OvTiffReader::readPage(int aPage, QString* anError)
     if (!TIFFSetDirectory(handle, directories.at(aPage)))
         return failed(damaged());
 
-    uint32_t width = 0;
-    uint32_t height = 0;
-    uint16_t bits = 1;
-    uint16_t samples = 1;
-    uint16_t photometric = PHOTOMETRIC_MINISBLACK;
-    uint16_t planar = PLANARCONFIG_CONTIG;
-    uint16_t format = SAMPLEFORMAT_UINT;
-    TIFFGetField(handle, TIFFTAG_IMAGEWIDTH, &width);
-    TIFFGetField(handle, TIFFTAG_IMAGELENGTH, &height);
-    TIFFGetFieldDefaulted(handle, TIFFTAG_BITSPERSAMPLE, &bits);
-    TIFFGetFieldDefaulted(handle, TIFFTAG_SAMPLESPERPIXEL, &samples);
-    TIFFGetFieldDefaulted(handle, TIFFTAG_PLANARCONFIG, &planar);
-    TIFFGetFieldDefaulted(handle, TIFFTAG_SAMPLEFORMAT, &format);
-    if (!TIFFGetField(handle, TIFFTAG_PHOTOMETRIC, &photometric))
-        photometric = samples >= 3 ? PHOTOMETRIC_RGB : PHOTOMETRIC_MINISBLACK;
+    const PageLayout layout = readPageLayout(handle);
+    const uint32_t width = layout.width;
+    const uint32_t height = layout.height;
+    const uint16_t bits = layout.bits;
+    const uint16_t samples = layout.samples;
+    const uint16_t photometric = layout.photometric;
+    const uint16_t planar = layout.planar;
+    const uint16_t format = layout.format;
     if (width == 0 || height == 0 || width > 100000 || height > 100000)
         return failed(tr("the page has no valid size (%1 x %2)").arg(width).arg(height));
     if (quint64(width) * height * 8 > kMaxPageBytes)

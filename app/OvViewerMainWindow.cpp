@@ -15,6 +15,7 @@
 #include "OvLineCalibrationDialog.h"
 #include "OvMeasurementFile.h"
 #include "OvNamedCalibrations.h"
+#include "OvPanelMenuTexts.h"
 #include "OvResultsDock.h"
 #include "OvDeviceSetManager.h"
 #include "OvMeasurementExporter.h"
@@ -38,6 +39,7 @@
 #include <QScreen>
 #include <QFileDialog>
 #include <QDir>
+#include <QStandardPaths>
 #include <QFileInfo>
 #include <QGraphicsView>
 #include <QImageReader>
@@ -65,8 +67,11 @@ const char kCalibrationKey[] = "UmPerPixel";
 const char kCalibrationKeyY[] = "UmPerPixelY";
 const char kKeyGeometry[] = "ViewerGeometry";
 const char kKeyWindowState[] = "ViewerWindowState";
+const char kKeyLastFolder[] = "LastFolder";
 // Preferred window size; a smaller screen gets 92 % of its free area.
 const QSize kPreferredSize(1400, 900);
+// The lowest window that has the results under the picture.
+const int kResultsBelowMinHeight = 700;
 }
 
 OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
@@ -94,8 +99,10 @@ OvViewerMainWindow::OvViewerMainWindow(QWidget* aParent)
     historyDock->setWidget(historyView);
     addDockWidget(Qt::RightDockWidgetArea, historyDock);
     resizeDocks({ getToolDock(), historyDock }, { 640, 240 }, Qt::Vertical);
-    // A tab beside the history, so small screens keep the picture large;
-    // dragged elsewhere, it stays there (the layout is remembered).
+    // A tab beside the history; a window tall enough has it under the picture
+    // (placeResultsDock). Dragged elsewhere, it stays there (the layout is
+    // remembered).
+    setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
     tabifyDockWidget(historyDock, results);
     historyDock->raise();
     connect(results, &OvResultsDock::signalMeasurementActivated, this, &OvViewerMainWindow::slotShowMeasurement);
@@ -177,8 +184,14 @@ void OvViewerMainWindow::createMenus()
     edit->addSeparator();
     QAction* selectAll = edit->addAction(tr("Select &All"), this, [this] { getEditor()->selectAll(); });
     selectAll->setShortcut(QKeySequence::SelectAll);
-    QAction* cancel = edit->addAction(tr("Cancel Drawing / Deselect"), this,
-                                      [this] { getEditor()->cancelOrDeselect(); });
+    // Escape is this action's shortcut, so the key never reaches the editor:
+    // a calibration line being dragged is cancelled here, tool and all.
+    QAction* cancel = edit->addAction(tr("Cancel Drawing / Deselect"), this, [this] {
+        if (getEditor()->getOverrideManipulator() == calibrationLine)
+            calibrationLine->cancel();
+        else
+            getEditor()->cancelOrDeselect();
+    });
     cancel->setShortcut(QKeySequence(Qt::Key_Escape));
     deleteSelectedAction = edit->addAction(tr("&Delete Selected"), this, [this] { getEditor()->deleteSelected(); });
     deleteSelectedAction->setShortcut(QKeySequence::Delete);
@@ -233,13 +246,16 @@ QStringList OvViewerMainWindow::loadPlugins()
     OvPluginHost host;
     plugins = host.loadAll(&messages);
     OvPluginHost::addAllFeatures(plugins, this, getUndoStack(), &messages);
-    // The measurement panel is what people come for: show it open.
+    // The measurement panel is what people come for: show it open, its
+    // drop-down entries named.
+    OvPanelMenuTexts::apply(getToolDock());
     if (OvToolBase* tool = measurementTool()) {
         tool->slotExpandGui(true);
         const int width = qMax(tool->sizeHint().width(), tool->minimumSizeHint().width()) + 24;
         getToolDock()->setMinimumWidth(width);
         resizeDocks({ getToolDock() }, { width }, Qt::Horizontal);
     }
+    placeResultsDock();
     for (const QString& message : messages)
         reportError(message);
     updateCalibrationNotice();
@@ -251,6 +267,19 @@ QStringList OvViewerMainWindow::loadPlugins()
             grouper->watchDialog(widget);
     }
     return messages;
+}
+
+void OvViewerMainWindow::placeResultsDock()
+{
+    // Under the picture a table of seven columns has room, and the tool
+    // column keeps the window's full height; on a low window the picture
+    // needs the height more, and the results stay a tab beside the history.
+    if (height() < kResultsBelowMinHeight || dockWidgetArea(results) == Qt::BottomDockWidgetArea)
+        return;
+    addDockWidget(Qt::BottomDockWidgetArea, results);
+    results->show();
+    // A few rows; the picture keeps most of the height.
+    resizeDocks({ results }, { qBound(100, height() / 6, 180) }, Qt::Vertical);
 }
 
 OvToolBase* OvViewerMainWindow::measurementTool() const
@@ -480,11 +509,11 @@ bool OvViewerMainWindow::saveBeforeDiscard()
     // Where these measurements were last saved or opened, else beside the picture.
     QString file = measurementsFile.isEmpty() ? OvMeasurementFile::defaultPathFor(currentFile) : measurementsFile;
     if (file.isEmpty())
-        file = QFileDialog::getSaveFileName(this, tr("Save Measurements"),
-                                            QStringLiteral("measurements.measurements.json"),
+        file = QFileDialog::getSaveFileName(this, tr("Save Measurements"), measurementsSuggestion(),
                                             tr("Measurements (*.json)"));
     if (file.isEmpty())
         return false;
+    rememberFolder(file);
     QString error;
     if (!saveMeasurements(file, &error)) {
         reportError(error);
@@ -621,10 +650,11 @@ void OvViewerMainWindow::slotOpen()
     if (!maybeDiscard(tr("Opening another picture")))
         return;
     // Several pictures open as the frames of one time series, in name order.
-    QStringList files = QFileDialog::getOpenFileNames(this, tr("Open Pictures"), QString(),
+    QStringList files = QFileDialog::getOpenFileNames(this, tr("Open Pictures"), lastFolder(),
                                                       tr("Pictures (*.png *.jpg *.jpeg *.tif *.tiff *.bmp)"));
     if (files.isEmpty())
         return;
+    rememberFolder(files.first());
     files.sort();
     QString error;
     if (!openImages(files, &error))
@@ -642,10 +672,12 @@ void OvViewerMainWindow::slotOpenSample()
 
 void OvViewerMainWindow::slotExportValues()
 {
-    const QString file = QFileDialog::getSaveFileName(this, tr("Export Values"), QStringLiteral("values.csv"),
+    const QString file = QFileDialog::getSaveFileName(this, tr("Export Values"),
+                                                      QDir(lastFolder()).filePath(QStringLiteral("values.csv")),
                                                       tr("CSV (*.csv)"));
     if (file.isEmpty())
         return;
+    rememberFolder(file);
     QString error;
     if (!exportValues(file, &error))
         reportError(error);
@@ -654,7 +686,8 @@ void OvViewerMainWindow::slotExportValues()
 void OvViewerMainWindow::slotSaveScreenshot()
 {
     const QString file = QFileDialog::getSaveFileName(this, tr("Save Screenshot of the Window"),
-                                                      QStringLiteral("screenshot.png"), tr("PNG (*.png)"));
+                                                      QDir(lastFolder()).filePath(QStringLiteral("screenshot.png")), tr("PNG (*.png)"));
+    rememberFolder(file);
     QString error;
     if (!file.isEmpty() && !saveScreenshot(file, false, &error))
         reportError(error);
@@ -663,7 +696,8 @@ void OvViewerMainWindow::slotSaveScreenshot()
 void OvViewerMainWindow::slotSavePicture()
 {
     const QString file = QFileDialog::getSaveFileName(this, tr("Save Picture with Measurements"),
-                                                      QStringLiteral("measured.png"), tr("PNG (*.png)"));
+                                                      QDir(lastFolder()).filePath(QStringLiteral("measured.png")), tr("PNG (*.png)"));
+    rememberFolder(file);
     QString error;
     if (!file.isEmpty() && !saveScreenshot(file, true, &error))
         reportError(error);
@@ -732,15 +766,48 @@ bool OvViewerMainWindow::loadMeasurements(const QString& aFileName, QString* anE
     return true;
 }
 
+QString OvViewerMainWindow::measurementsSuggestion() const
+{
+    if (!measurementsFile.isEmpty())
+        return measurementsFile;
+    const QString beside = OvMeasurementFile::defaultPathFor(currentFile);
+    if (!beside.isEmpty())
+        return beside;
+    // A picture without a folder of its own (the bundled sample): its name
+    // in the folder last used.
+    QString name = QFileInfo(currentFile).completeBaseName();
+    if (name.isEmpty())
+        name = QStringLiteral("measurements");
+    return QDir(lastFolder()).filePath(name + QStringLiteral(".measurements.json"));
+}
+
+QString OvViewerMainWindow::lastFolder()
+{
+    const QString remembered = KxAppSettings::value(QString::fromLatin1(kKeyLastFolder)).toString();
+    if (!remembered.isEmpty() && QFileInfo(remembered).isDir())
+        return remembered;
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (!documents.isEmpty() && QFileInfo(documents).isDir())
+        return documents;
+    return QDir::homePath();
+}
+
+void OvViewerMainWindow::rememberFolder(const QString& aFile)
+{
+    if (aFile.isEmpty() || aFile.startsWith(QLatin1Char(':')))
+        return;
+    KxAppSettings::setValue(QString::fromLatin1(kKeyLastFolder), QFileInfo(aFile).absolutePath());
+}
+
 void OvViewerMainWindow::slotSaveMeasurements()
 {
-    QString suggestion = OvMeasurementFile::defaultPathFor(currentFile);
-    if (suggestion.isEmpty())
-        suggestion = QStringLiteral("measurements.measurements.json");
-    const QString file = QFileDialog::getSaveFileName(this, tr("Save Measurements"), suggestion,
+    const QString file = QFileDialog::getSaveFileName(this, tr("Save Measurements"), measurementsSuggestion(),
                                                       tr("Measurements (*.json)"));
+    if (file.isEmpty())
+        return;
+    rememberFolder(file);
     QString error;
-    if (!file.isEmpty() && !saveMeasurements(file, &error))
+    if (!saveMeasurements(file, &error))
         reportError(error);
 }
 
@@ -748,11 +815,16 @@ void OvViewerMainWindow::slotOpenMeasurements()
 {
     if (!maybeDiscard(tr("Opening other measurements")))
         return;
-    const QString file = QFileDialog::getOpenFileName(this, tr("Open Measurements"),
-                                                      OvMeasurementFile::defaultPathFor(currentFile),
+    QString start = OvMeasurementFile::defaultPathFor(currentFile);
+    if (start.isEmpty() || !QFileInfo::exists(start))
+        start = lastFolder();
+    const QString file = QFileDialog::getOpenFileName(this, tr("Open Measurements"), start,
                                                       tr("Measurements (*.json)"));
+    if (file.isEmpty())
+        return;
+    rememberFolder(file);
     QString error;
-    if (!file.isEmpty() && !loadMeasurements(file, &error))
+    if (!loadMeasurements(file, &error))
         reportError(error);
 }
 

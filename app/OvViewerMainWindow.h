@@ -91,6 +91,16 @@ public:
     bool saveMeasurements(const QString& aFileName, QString* anError);
     // A warning (another picture size) goes to the status bar and standard error.
     bool loadMeasurements(const QString& aFileName, QString* anError);
+    // Where Save Measurements proposes to write: the file they were last
+    // saved to or opened from, else NAME.measurements.json beside the picture
+    // NAME.png, else (the bundled sample) in lastFolder().
+    QString measurementsSuggestion() const;
+    // The folder a file dialog starts in: the last one a file was opened
+    // from or saved to (setting "LastFolder"), else the documents folder,
+    // else the home folder.
+    static QString lastFolder();
+    // Remembers aFile's folder as lastFolder().
+    static void rememberFolder(const QString& aFile);
     OvResultsDock* resultsDock() const { return results; }
     OvCalibrationLineManipulator* calibrationLineTool() const { return calibrationLine; }
     // Answers the calibration-from-line dialog instead of showing it (tests):
@@ -167,6 +177,8 @@ private Q_SLOTS:
 
 private:
     void createMenus();
+    // Moves the results under the picture when the window is tall enough.
+    void placeResultsDock();
     // Asks whether to open the measurements saved beside the picture, when
     // there are some and the window is used interactively.
     void offerSavedMeasurements();

@@ -3,11 +3,13 @@
 #include "KxSignalCenter.h"
 #include "OvGestureReplayer.h"
 #include "OvGestureScript.h"
+#include "OvLanguage.h"
 #include "OvMeasurementExporter.h"
 #include "OvViewerMainWindow.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QTextStream>
 
@@ -19,6 +21,8 @@ namespace {
 
 enum ExitCode { ExitOk = 0, ExitScriptFailed = 1, ExitBadInput = 2 };
 
+const char* const kMeasurementsSuffix = ".measurements.json";
+
 bool hasArgument(int argc, char* argv[], const char* anOption)
 {
     for (int i = 1; i < argc; ++i) {
@@ -26,6 +30,20 @@ bool hasArgument(int argc, char* argv[], const char* anOption)
             return true;
     }
     return false;
+}
+
+// NAME.measurements.json, opened from a file manager, belongs to the picture
+// NAME.png (or .jpg, .jpeg, .tif, .tiff, .bmp) beside it; empty when there is none.
+QString pictureBeside(const QString& aMeasurementsFile)
+{
+    const QString base = aMeasurementsFile.left(aMeasurementsFile.size() - int(qstrlen(kMeasurementsSuffix)));
+    for (const char* extension : { ".png", ".jpg", ".jpeg", ".tif", ".tiff", ".bmp" }) {
+        for (const QString& candidate : { base + QLatin1String(extension), base + QString::fromLatin1(extension).toUpper() }) {
+            if (QFileInfo(candidate).isFile())
+                return candidate;
+        }
+    }
+    return QString();
 }
 
 int complain(const QString& aMessage, int aCode)
@@ -52,7 +70,8 @@ int main(int argc, char* argv[])
     parser.setApplicationDescription(QStringLiteral("Shows a microscope picture and measures on it."));
     parser.addHelpOption();
     parser.addPositionalArgument(QStringLiteral("image"),
-                                 QStringLiteral("PNG, JPEG, TIFF or BMP picture (default: the bundled sample)."));
+                                 QStringLiteral("PNG, JPEG, TIFF or BMP picture (default: the bundled sample), or"
+                                                " NAME.measurements.json to open with its picture NAME.png."));
     const QCommandLineOption calibration(QStringLiteral("calibration"),
                                          QStringLiteral("Calibration in micrometres per pixel."),
                                          QStringLiteral("UM_PER_PX"));
@@ -76,8 +95,18 @@ int main(int argc, char* argv[])
     const QCommandLineOption save(QStringLiteral("save"),
                                   QStringLiteral("Save the measurements (after the script)."),
                                   QStringLiteral("FILE.json"));
-    parser.addOptions({ calibration, script, exportCsv, screenshot, quit, demo, scaling, load, save });
+    const QCommandLineOption language(QStringLiteral("language"),
+                                      QStringLiteral("Language of the texts, e.g. de or en (default: the system's)."),
+                                      QStringLiteral("CODE"));
+    parser.addOptions({ calibration, script, exportCsv, screenshot, quit, demo, scaling, load, save, language });
     parser.process(app);
+
+    // Before any window or plug-in text exists. An unknown language is no
+    // reason to stop: the texts stay English.
+    if (OvLanguage::install(parser.value(language)).isEmpty())
+        complain(QStringLiteral("no translation for '%1' (there are: %2); the texts stay English")
+                     .arg(parser.value(language), OvLanguage::available().join(QStringLiteral(", "))),
+                 ExitOk);
 
     if (parser.isSet(scaling)) {
         bool ok = false;
@@ -104,10 +133,30 @@ int main(int argc, char* argv[])
 
     // Several pictures open as the frames of one time series.
     QStringList images = parser.positionalArguments();
+    // A saved measurements file among them opens with its picture.
+    QString measurementsFile = parser.value(load);
+    for (int i = images.size() - 1; i >= 0; --i) {
+        if (!images.at(i).endsWith(QLatin1String(kMeasurementsSuffix), Qt::CaseInsensitive))
+            continue;
+        measurementsFile = images.takeAt(i);
+        const QString picture = pictureBeside(measurementsFile);
+        if (picture.isEmpty()) {
+            window.reportError(QStringLiteral("no picture of the same name beside %1").arg(measurementsFile));
+            if (batch)
+                return ExitBadInput;
+            measurementsFile.clear();
+        } else if (images.isEmpty()) {
+            images << picture;
+        }
+    }
     if (images.isEmpty() || parser.isSet(demo))
         images = QStringList{ OvViewerMainWindow::sampleImagePath() };
     QString error;
-    if (!window.openImages(images, &error)) {
+    // Measurements given to open need no offer of the saved ones.
+    window.setInteractive(!batch && measurementsFile.isEmpty());
+    const bool opened = window.openImages(images, &error);
+    window.setInteractive(!batch);
+    if (!opened) {
         window.reportError(error);
         if (batch)
             return ExitBadInput;
@@ -128,7 +177,7 @@ int main(int argc, char* argv[])
         }
     }
 
-    if (parser.isSet(load) && !window.loadMeasurements(parser.value(load), &error)) {
+    if (!measurementsFile.isEmpty() && !window.loadMeasurements(measurementsFile, &error)) {
         window.reportError(error);
         if (batch)
             return ExitBadInput;

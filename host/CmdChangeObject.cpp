@@ -43,6 +43,8 @@ void CmdChangeObject::redo()
         data->update(change);
     done = true;
     KxKernelData::getInstance()->notifyObjectChanged(type, idx);
+    if (afterApplied)
+        afterApplied();
 }
 
 void CmdChangeObject::undo()
@@ -54,6 +56,8 @@ void CmdChangeObject::undo()
     data->setState(before);
     done = false;
     KxKernelData::getInstance()->notifyObjectChanged(type, idx);
+    if (afterApplied)
+        afterApplied();
 }
 
 int CmdChangeObject::id() const

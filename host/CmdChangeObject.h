@@ -8,6 +8,8 @@
 #include <QUndoCommand>
 #include <QVector>
 
+#include <functional>
+
 // Changes a stored object: redo() snapshots the object's whole state, applies
 // update(aValues) (only key frames holding a value are written) and emits
 // signalObjectChanged; undo() restores the snapshot exactly and emits
@@ -30,6 +32,10 @@ public:
 
     int getType() const { return type; }
     int getIdx() const { return idx; }
+    // Called after every redo and undo that changed the object, once the
+    // change was announced: for whoever must follow this change in
+    // particular (not every change of the object).
+    void setAfterApplied(std::function<void()> aCallback) { afterApplied = std::move(aCallback); }
 
 private:
     // The stored object this command acts on, or null when it is gone.
@@ -45,4 +51,5 @@ private:
     bool done = false;
     // The first redo runs inside push(); later ones and every undo replay history.
     bool redoneOnce = false;
+    std::function<void()> afterApplied;
 };

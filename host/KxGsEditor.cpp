@@ -5,6 +5,7 @@
 #include "KxKernelData.h"
 #include "KxLocalMagnifier.h"
 #include "KxView.h"
+#include "OvQtCompat.h"
 
 #include <QGraphicsSceneContextMenuEvent>
 #include <QGraphicsSceneDragDropEvent>
@@ -111,8 +112,12 @@ void KxGsEditor::setZoom(double aZoom)
     zoom = aZoom;
     setScale(aZoom);
     view->setZoom(aZoom);
-    for (KxGsObject* obj : getAllChildGsObjects())
+    const QList<KxGsObject*> objects = getAllChildGsObjects();
+    for (KxGsObject* obj : objects)
         obj->adjustScale(aZoom);
+    // Only once every item has its new geometry: settling may look up others.
+    for (KxGsObject* obj : objects)
+        obj->zoomSettled();
     if (KxLocalMagnifier* magnifier = KxGsManipulator::localMagnifier())
         magnifier->update();
     emit scaleChanged();
@@ -277,9 +282,14 @@ QGraphicsRectItem* KxGsEditor::getSelectionBand() const
     return band;
 }
 
+int KxGsEditor::hitTolerance() const
+{
+    return std::max(1, int(KxGsObject::kDefaultSelSize / zoom));
+}
+
 bool KxGsEditor::toggleOffUnderMouse(QGraphicsSceneMouseEvent* anEvent)
 {
-    const int tolerance = std::max(1, int(KxGsObject::kDefaultSelSize / zoom));
+    const int tolerance = hitTolerance();
     for (KxGsObject* candidate : pressCandidates()) {
         int part = 0;
         if (candidate->hidden
@@ -431,17 +441,22 @@ QMouseEvent KxGsEditor::makeMouseEvent(QEvent::Type aType, const KxGsObject* anO
     const QPointF screen(anEvent->screenPos());
     const QPointF window = anEvent->widget() ? QPointF(anEvent->widget()->mapFromGlobal(anEvent->screenPos())) : local;
     const Qt::MouseButton button = aType == QEvent::MouseMove ? Qt::NoButton : anEvent->button();
-    QMouseEvent event(aType, local, window, screen, button, anEvent->buttons(), anEvent->modifiers());
-    event.setAccepted(false);
-    return event;
+    // Returned as a temporary: Qt 6 events cannot be copied.
+    return QMouseEvent(aType, local, window, screen, button, anEvent->buttons(), anEvent->modifiers());
 }
 
 bool KxGsEditor::pressItem(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick)
 {
     for (KxGsObject* candidate : pressCandidates()) {
+        // With a drawing tool chosen, the inside of a closed outline is free
+        // picture: a nucleus can be measured inside its cell.
+        if (overrideManipulator
+            && candidate->isPointInsideOnly(candidate->mapFromScene(anEvent->scenePos()), hitTolerance()))
+            continue;
         QPointer<KxGsObject> obj(candidate);
         QMouseEvent event = makeMouseEvent(aDoubleClick ? QEvent::MouseButtonDblClick : QEvent::MouseButtonPress,
                                            candidate, anEvent);
+        event.setAccepted(false);
         if (aDoubleClick)
             candidate->manipMouseDoubleClickEvent(&event);
         else
@@ -536,6 +551,7 @@ void KxGsEditor::mouseMoveEvent(QGraphicsSceneMouseEvent* anEvent)
     if (itemOwnsMouse) {
         if (grabbedObject && !grabbedObject->isDiscarded()) {
             QMouseEvent event = makeMouseEvent(QEvent::MouseMove, grabbedObject.data(), anEvent);
+            event.setAccepted(false);
             grabbedObject->manipMouseMoveEvent(&event);
         }
         return;
@@ -566,6 +582,7 @@ void KxGsEditor::mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent)
             return;
         const bool wasMoving = obj->isMoving() && !obj->isReshaping();
         QMouseEvent event = makeMouseEvent(QEvent::MouseButtonRelease, obj.data(), anEvent);
+        event.setAccepted(false);
         obj->manipMouseReleaseEvent(&event);
         // Handles hidden during a move come back: repaint whatever the item did.
         if (obj && !obj->isDiscarded())
@@ -587,7 +604,7 @@ void KxGsEditor::writeBackMove(KxGsObject* anObj)
         return;
     const KxView* current = KxKernelData::getInstance()->getCurrentView();
     const QPoint origin = current ? current->getOrigin() : view->getOrigin();
-    const QPoint pos(qRound(anObj->pos().x()), qRound(anObj->pos().y()));
+    const QPoint pos(OvQtCompat::round(anObj->pos().x()), OvQtCompat::round(anObj->pos().y()));
     manipulator->gsObjectMoved(anObj, pos + origin);
 }
 

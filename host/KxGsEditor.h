@@ -128,7 +128,11 @@ protected:
     void dropEvent(QGraphicsSceneDragDropEvent* anEvent) override;
 
 private:
+    // Skips an item whose enclosed area (not its line) is under the mouse
+    // while a drawing tool is chosen: that press starts a new measurement.
     bool pressItem(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick);
+    // The hit tolerance in item units: the default selection size on screen.
+    int hitTolerance() const;
     // A press (or double click) that starts a gesture: a stored item under the
     // mouse first, then the override manipulator, else it clears the selection.
     // While the override manipulator draws (its unstored item is current) the

@@ -292,6 +292,10 @@ void KxGsManipulator::gsObjectLabelMoved(KxGsObject*)
 {
 }
 
+void KxGsManipulator::gsObjectParamApplied(int, int)
+{
+}
+
 void KxGsManipulator::updateDisplayValue(KxGsObject* anObj, const QString& aValueName, bool aStored, bool aRepaint)
 {
     if (!anObj)
@@ -360,15 +364,28 @@ bool KxGsManipulator::setGsObjectParamValue(KxGsObject* anObj, unsigned int anId
     const KxKernelObjectDataDescr* descr = kernelData->getDataDescriptor(getObjectType());
     if (!data || !descr || anId >= static_cast<unsigned int>(descr->getParamCount()))
         return false;
+    // Writing what is stored already is no change, and no undo step.
+    const KxParamKeyframeVector stored = data->getKeyframesAt(kernelData->getCurrentFrame());
+    if (static_cast<int>(anId) < stored.size() && stored[static_cast<int>(anId)].hasValue()
+        && stored[static_cast<int>(anId)].getValue() == aValue)
+        return true;
     KxParamKeyframeVector values = descr->createKeyframeVector();
     values[static_cast<int>(anId)].setValue(aValue);
     if (data->animated)
         values.setFrameNumber(kernelData->getCurrentFrame());
+    auto* command = new CmdChangeObject(getObjectType(), idx, values, false);
+    // Undo and redo of this very write reach the manipulator, which may show
+    // parameters that a kernel change in general does not touch.
+    const QPointer<KxGsManipulator> self(this);
+    command->setAfterApplied([self, idx, anId]() {
+        if (self)
+            self->gsObjectParamApplied(idx, static_cast<int>(anId));
+    });
     if (undoStack) {
-        undoStack->push(new CmdChangeObject(getObjectType(), idx, values, false));
+        undoStack->push(command);
     } else {
-        CmdChangeObject command(getObjectType(), idx, values, false);
-        command.redo();
+        command->redo();
+        delete command;
     }
     return true;
 }

@@ -120,6 +120,10 @@ public:
     virtual void gsObjectMoved(KxGsObject* anObj, const QPoint& aStoredPos);
     // The user let go of the item's label after dragging it. Base: nothing.
     virtual void gsObjectLabelMoved(KxGsObject* anObj);
+    // A write of parameter anId of object anIdx made by setGsObjectParamValue()
+    // was done, undone or redone (after the kernel's change notification).
+    // Base: nothing.
+    virtual void gsObjectParamApplied(int anIdx, int anId);
     // Sets the item's display value. With aStored and the item's object in
     // the kernel store, the value comes from the stored data (its own unit);
     // otherwise from the item's geometry. With aStored the name also becomes

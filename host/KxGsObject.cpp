@@ -34,11 +34,20 @@ void KxGsObject::adjustScale(double)
 {
 }
 
+void KxGsObject::zoomSettled()
+{
+}
+
 bool KxGsObject::isPointOnObject(const QPointF& aPoint, int& aPart, int aTolerance) const
 {
     aPart = 0;
     const double half = aTolerance / 2.0;
     return boundingRect().adjusted(-half, -half, half, half).contains(aPoint);
+}
+
+bool KxGsObject::isPointInsideOnly(const QPointF&, int) const
+{
+    return false;
 }
 
 bool KxGsObject::isRectContainsObject(const QRectF& aRect) const
@@ -130,6 +139,9 @@ QColor KxGsObject::getColor() const
 
 void KxGsObject::setPenStyle(Qt::PenStyle aStyle, int aWidth)
 {
+    // The outline's width is part of the bounding rectangle of most shapes.
+    if (aWidth != penWidth)
+        prepareGeometryChange();
     penStyle = aStyle;
     penWidth = aWidth;
     currentPen.setStyle(aStyle);

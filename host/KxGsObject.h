@@ -29,9 +29,17 @@ public:
 
     // Called by the editor with its zoom factor whenever the zoom changes.
     virtual void adjustScale(double aZoom);
+    // Called by the editor after every item took a new zoom. Base: nothing.
+    virtual void zoomSettled();
     // True when aPoint (item coordinates) hits the item within aTolerance
     // item units; aPart tells which part was hit (0 the body by default).
     virtual bool isPointOnObject(const QPointF& aPoint, int& aPart, int aTolerance) const;
+    // True when aPoint (item coordinates) lies in the area a closed outline
+    // encloses but on none of its lines (within aTolerance item units),
+    // handles, label or buttons: while a drawing tool is chosen, such a press
+    // starts a new measurement inside the outline instead of selecting it.
+    // Base: false (a press on the item is always the item's).
+    virtual bool isPointInsideOnly(const QPointF& aPoint, int aTolerance) const;
     virtual bool isRectContainsObject(const QRectF& aRect) const;
     virtual void moveObjectBy(const QPointF& aDelta);
     // Queried by the editor before it passes the release on: an item that was

@@ -3,6 +3,7 @@
 #include "KxKernelData.h"
 #include "KxKernelObjectDataDescr.h"
 #include "KxMediaInfo.h"
+#include "OvQtCompat.h"
 
 #include <QColor>
 #include <QJsonArray>
@@ -40,7 +41,7 @@ QJsonValue encode(const QVariant& aValue, bool* anOk)
         return QJsonValue();
     QJsonObject object;
     object.insert(QStringLiteral("t"), QString::fromLatin1(aValue.typeName()));
-    switch (int(aValue.type())) {
+    switch (aValue.userType()) {
     case QMetaType::Bool:
         object.insert(QStringLiteral("v"), aValue.toBool());
         break;
@@ -113,11 +114,11 @@ bool decode(const QJsonValue& aJson, QVariant* aValue)
     } else if (type == QLatin1String("QColor") && value.isString() && QColor::isValidColor(value.toString())) {
         *aValue = QColor(value.toString());
     } else if (type == QLatin1String("QPoint") && isNumberPair(value)) {
-        *aValue = QPoint(qRound(value.toArray().at(0).toDouble()), qRound(value.toArray().at(1).toDouble()));
+        *aValue = QPoint(OvQtCompat::round(value.toArray().at(0).toDouble()), OvQtCompat::round(value.toArray().at(1).toDouble()));
     } else if (type == QLatin1String("QPointF") && isNumberPair(value)) {
         *aValue = QPointF(value.toArray().at(0).toDouble(), value.toArray().at(1).toDouble());
     } else if (type == QLatin1String("QSize") && isNumberPair(value)) {
-        *aValue = QSize(qRound(value.toArray().at(0).toDouble()), qRound(value.toArray().at(1).toDouble()));
+        *aValue = QSize(OvQtCompat::round(value.toArray().at(0).toDouble()), OvQtCompat::round(value.toArray().at(1).toDouble()));
     } else if (type == QLatin1String("QSizeF") && isNumberPair(value)) {
         *aValue = QSizeF(value.toArray().at(0).toDouble(), value.toArray().at(1).toDouble());
     } else if (type == QLatin1String("QPolygonF") && value.isArray()) {

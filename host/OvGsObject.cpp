@@ -2,6 +2,7 @@
 
 #include "KxGsEditor.h"
 #include "KxGsManipulator.h"
+#include "OvQtCompat.h"
 
 #include <QGraphicsLineItem>
 #include <QGraphicsPixmapItem>
@@ -142,6 +143,12 @@ bool OvGsObject::isLabelVisible() const
 void OvGsObject::setLabelPos(const QPointF& aPos)
 {
     labelPlaced = true;
+    labelWanted = aPos;
+    moveLabelTo(aPos);
+}
+
+void OvGsObject::moveLabelTo(const QPointF& aPos)
+{
     labelItem->setPos(aPos);
     updateLeader();
 }
@@ -213,7 +220,11 @@ QRectF OvGsObject::childRect(const QGraphicsItem* aChild) const
 
 QRectF OvGsObject::getLabelRect() const
 {
-    return childRect(labelItem);
+    // The box without its selection frame: selecting a label must not change
+    // where it is kept (its top-left corner is its position).
+    const double units = unitsPerPixel();
+    const QRectF box = labelItem->rect();
+    return QRectF(labelItem->pos() + box.topLeft() * units, box.size() * units);
 }
 
 void OvGsObject::ensureLabelVisible()
@@ -222,12 +233,17 @@ void OvGsObject::ensureLabelVisible()
     if (!editor)
         return;
     const QRectF area = editor->getEditorArea();
+    // Kept inside from where the label was put, not from where an earlier,
+    // wider text or another zoom pushed it: the place does not drift.
+    if (labelItem->pos() != labelWanted)
+        moveLabelTo(labelWanted);
     if (isLabelPlacedByHost()) {
         placeLabelBeside(mapRectFromParent(area));
         // A stored measurement's label is placed once; then it stays.
         const KxGsManipulator* manipulator = getManipulator();
         if (manipulator && manipulator->getObjectIdx(this) >= 0)
             labelPlaced = true;
+        labelWanted = labelItem->pos();
     }
     const QRectF label = mapRectToParent(getLabelRect());
     // A label larger than the area (the view is not laid out yet, or zoomed
@@ -245,7 +261,7 @@ void OvGsObject::ensureLabelVisible()
         top = area.top();
     if (label.bottom() > area.bottom())
         top = area.bottom() - label.height();
-    setLabelPos(mapFromParent(QPointF(left, top)));
+    moveLabelTo(mapFromParent(QPointF(left, top)));
 }
 
 bool OvGsObject::isLabelPlacedByHost() const
@@ -254,9 +270,13 @@ bool OvGsObject::isLabelPlacedByHost() const
         return false;
     if (!labelPlaced)
         return true;
-    // Being drawn: the manipulator's current item that is not stored yet.
+    // Being drawn: not stored yet, and current or the chosen tool's (a line
+    // measured against a selected base is drawn without becoming current).
     const KxGsManipulator* manipulator = getManipulator();
-    return isCurrent() && manipulator && manipulator->getObjectIdx(this) < 0;
+    if (!manipulator || manipulator->getObjectIdx(this) >= 0)
+        return false;
+    const KxGsEditor* editor = qobject_cast<const KxGsEditor*>(parentObject());
+    return isCurrent() || (editor && editor->getOverrideManipulator() == manipulator);
 }
 
 bool OvGsObject::isRectOnShape(const QRectF& aRect) const
@@ -284,15 +304,56 @@ bool OvGsObject::isRectOnShape(const QRectF& aRect) const
     return hit;
 }
 
+QVector<QRectF> OvGsObject::neighbourRects(const QRectF& aRegion) const
+{
+    QVector<QRectF> rects;
+    QGraphicsScene* itemScene = scene();
+    if (!itemScene)
+        return rects;
+    // Labels and buttons ignore the zoom: the index finds them only with the
+    // view's transform.
+    const QList<QGraphicsView*> views = itemScene->views();
+    const QTransform device = views.isEmpty() ? QTransform() : views.first()->viewportTransform();
+    QSet<const OvGsObject*> seen;
+    const QList<QGraphicsItem*> found
+        = itemScene->items(mapRectToScene(aRegion), Qt::IntersectsItemBoundingRect, Qt::AscendingOrder, device);
+    for (QGraphicsItem* item : found) {
+        QGraphicsItem* ownerItem = qobject_cast<OvGsObject*>(item->toGraphicsObject()) ? item : item->parentItem();
+        const OvGsObject* owner = ownerItem ? qobject_cast<OvGsObject*>(ownerItem->toGraphicsObject()) : nullptr;
+        if (!owner || owner == this || owner->hidden || owner->isDiscarded() || seen.contains(owner))
+            continue;
+        seen.insert(owner);
+        if (owner->labelItem->isVisibleTo(owner))
+            rects.append(mapRectFromItem(owner, owner->getLabelRect()));
+        // Buttons show only while their item is current: keep clear of them anyway.
+        if (owner->trashAllowed)
+            rects.append(mapRectFromItem(owner, owner->childRect(owner->trashButton)));
+        if (owner->activeAllowed)
+            rects.append(mapRectFromItem(owner, owner->childRect(owner->activeButton)));
+    }
+    return rects;
+}
+
 void OvGsObject::placeLabelBeside(const QRectF& anArea)
 {
     const QRectF label = getLabelRect();
-    if (label.isEmpty() || (anArea.contains(label) && !isRectOnShape(label)))
+    if (label.isEmpty())
         return;
     const double step = kPlacementStep * unitsPerPixel();
+    // Other measurements' labels and buttons within reach of every candidate.
+    const double reach = (kPlacementRings + 1) * step;
+    const QVector<QRectF> others = neighbourRects(label.adjusted(-reach, -reach, reach, reach));
+    const double gap = kLabelPadding * unitsPerPixel();
+    const auto onOthers = [&](const QRectF& aRect) {
+        const QRectF grown = aRect.adjusted(-gap, -gap, gap, gap);
+        return std::any_of(others.begin(), others.end(),
+                           [&](const QRectF& anOther) { return grown.intersects(anOther); });
+    };
+    if (anArea.contains(label) && !onOthers(label) && !isRectOnShape(label))
+        return;
     auto tryAt = [&](int anI, int aJ) {
         const QRectF candidate = label.translated(anI * step, aJ * step);
-        if (!anArea.contains(candidate) || isRectOnShape(candidate))
+        if (!anArea.contains(candidate) || onOthers(candidate) || isRectOnShape(candidate))
             return false;
         labelItem->setPos(labelItem->pos() + candidate.topLeft() - label.topLeft());
         updateLeader();
@@ -492,6 +553,13 @@ void OvGsObject::adjustScale(double)
     updateLeader();
 }
 
+void OvGsObject::zoomSettled()
+{
+    // Labels keep their screen size: at another zoom they are kept inside
+    // the picture again, from where they were put.
+    ensureLabelVisible();
+}
+
 void OvGsObject::moveObjectBy(const QPointF&)
 {
     updateLeader();
@@ -516,13 +584,25 @@ bool OvGsObject::isPointOnObject(const QPointF& aPoint, int& aPart, int) const
     return false;
 }
 
+bool OvGsObject::isPointInsideOnly(const QPointF& aPoint, int aTolerance) const
+{
+    if (hidden || isPointOnLabel(aPoint) || isPointOnTrash(aPoint) || isPointOnActiveButton(aPoint))
+        return false;
+    return isPointInsideOutline(aPoint, aTolerance);
+}
+
+bool OvGsObject::isPointInsideOutline(const QPointF&, int) const
+{
+    return false;
+}
+
 void OvGsObject::manipMousePressEvent(QMouseEvent* anEvent)
 {
     anEvent->ignore();
     labelDragging = false;
     if (hidden || !isVisible())
         return;
-    const QPointF local = anEvent->localPos();
+    const QPointF local = OvQtCompat::localPos(anEvent);
     if (isPointOnTrash(local)) {
         anEvent->accept();
         if (KxGsManipulator* manipulator = getManipulator())
@@ -550,7 +630,7 @@ void OvGsObject::manipMouseMoveEvent(QMouseEvent* anEvent)
     anEvent->ignore();
     if (!labelDragging)
         return;
-    setLabelPos(labelPosAtDragStart + (anEvent->localPos() - labelDragStart));
+    setLabelPos(labelPosAtDragStart + (OvQtCompat::localPos(anEvent) - labelDragStart));
     ensureLabelVisible();
     anEvent->accept();
 }

@@ -5,6 +5,7 @@
 #include <QPixmap>
 #include <QPointF>
 #include <QRectF>
+#include <QVector>
 
 class QGraphicsLineItem;
 class QGraphicsPixmapItem;
@@ -49,8 +50,8 @@ public:
     // label there would make a handle unreachable.
     void ensureLabelVisible();
     // The host chooses the label's place while the measurement is being drawn
-    // (the current item, not stored yet) and while nobody has placed its label
-    // (an item rebuilt from the store). Once stored, a label placed by the shape, the
+    // (not stored yet; current or the chosen tool's) and while nobody has
+    // placed its label (an item rebuilt from the store). Once stored, a label placed by the shape, the
     // manipulator or the user stays where it was put.
     bool isLabelPlacedByHost() const;
     // True when aRect (item coordinates) covers the shape's line, a handle or
@@ -98,12 +99,15 @@ public:
     void setAlwaysHidden(bool aHidden);
 
     void adjustScale(double aZoom) override;
+    void zoomSettled() override;
     // Label and buttons are children and follow the shape's own setPos(); the
     // base part only refreshes the leader line.
     void moveObjectBy(const QPointF& aDelta) override;
     // Label (PartLabel), trash (PartTrash) and active button (PartActive) only;
     // false elsewhere so that shapes test their own geometry next.
     bool isPointOnObject(const QPointF& aPoint, int& aPart, int aTolerance) const override;
+    // False on the label and the buttons, else isPointInsideOutline().
+    bool isPointInsideOnly(const QPointF& aPoint, int aTolerance) const override;
 
     // Press on the trash removes the item through its manipulator; on the
     // active button toggles it and emits signalActiveButtonClicked; on the
@@ -129,15 +133,25 @@ signals:
 
 protected:
     QVariant itemChange(GraphicsItemChange aChange, const QVariant& aValue) override;
+    // For closed shapes: aPoint (item coordinates, never on the label or a
+    // button) lies inside the outline and off its lines and handles by more
+    // than aTolerance / 2 item units. Default: false.
+    virtual bool isPointInsideOutline(const QPointF& aPoint, int aTolerance) const;
 
 private:
     void updateButtons();
     void updateLeader();
+    // Shows the label at aPos without taking it as the label's place.
+    void moveLabelTo(const QPointF& aPos);
     // A near place for the label (from its current one, on a screen-pixel
     // grid) that lies inside anArea and off the shape: straight up, right,
     // left or down first, then diagonally; unchanged when none.
     void placeLabelBeside(const QRectF& anArea);
     QRectF childRect(const QGraphicsItem* aChild) const;
+    // The labels and buttons of the other measurements whose items meet
+    // aRegion (item coordinates), found through the scene's index; in item
+    // coordinates.
+    QVector<QRectF> neighbourRects(const QRectF& aRegion) const;
 
     QGraphicsRectItem* labelItem;
     QGraphicsSimpleTextItem* labelText;
@@ -156,6 +170,9 @@ private:
     bool labelDragging = false;
     // Someone put the label somewhere (setLabelPos or a drag).
     bool labelPlaced = false;
+    // Where the label was last put (setLabelPos, host placement); what
+    // ensureLabelVisible() shows is that place kept inside the picture.
+    QPointF labelWanted;
     // Set while isRectOnShape() probes the shape: the base part of
     // isPointOnObject() then reports nothing, so shapes test their geometry.
     mutable bool probingShape = false;

@@ -1,9 +1,13 @@
 #include "OvGuiMainWindowBase.h"
 
 #include "KxGsEditor.h"
+#include "KxSignalCenter.h"
 #include "OvToolBase.h"
 
+#include <QCoreApplication>
+#include <QDialogButtonBox>
 #include <QDockWidget>
+#include <QGuiApplication>
 #include <QGraphicsScene>
 #include <QGraphicsView>
 #include <QHBoxLayout>
@@ -11,11 +15,14 @@
 #include <QListWidget>
 #include <QMouseEvent>
 #include <QScrollArea>
+#include <QScreen>
 #include <QScrollBar>
+#include <QShowEvent>
 #include <QStackedWidget>
 #include <QUndoStack>
 #include <QVBoxLayout>
 #include <QWheelEvent>
+#include <QWindow>
 
 #include <algorithm>
 #include <cmath>
@@ -35,6 +42,20 @@ OvGuiMainWindowBase::OvGuiMainWindowBase(QWidget* aParent)
     if (!editor->scene())
         scene->addItem(editor);
     scene->setBackgroundBrush(QColor(64, 64, 64));
+    // A camera-resolution change rescales every stored measurement, while the
+    // undo history holds geometry in the old resolution's pixels: replaying
+    // it would put measurements where they no longer belong. The history
+    // starts afresh; the picture stays marked changed when it was.
+    connect(KxSignalCenter::getInstance(), &KxSignalCenter::signalCurrentResChangedByCamera, this,
+            [this](QSize anOld) {
+        // From a width of 0 there is nothing to rescale.
+        if (anOld.width() <= 0)
+            return;
+        const bool wasClean = undoStack->isClean();
+        undoStack->clear();
+        if (!wasClean)
+            undoStack->resetClean();
+    });
 
     view->setObjectName(QStringLiteral("editorView"));
     view->setMouseTracking(true);
@@ -62,15 +83,22 @@ OvGuiMainWindowBase::OvGuiMainWindowBase(QWidget* aParent)
     configurationPanel = new QWidget(this, Qt::Window);
     configurationPanel->setObjectName(QStringLiteral("configurationPanel"));
     configurationPanel->setWindowTitle(tr("Configuration"));
-    auto* panelLayout = new QHBoxLayout(configurationPanel);
+    auto* panelColumn = new QVBoxLayout(configurationPanel);
+    auto* panelLayout = new QHBoxLayout;
+    panelColumn->addLayout(panelLayout, 1);
     configurationList = new QListWidget(configurationPanel);
     configurationList->setObjectName(QStringLiteral("configurationList"));
     configurationList->setMaximumWidth(200);
     configurationPages = new QStackedWidget(configurationPanel);
     panelLayout->addWidget(configurationList);
     panelLayout->addWidget(configurationPages, 1);
+    auto* closeBox = new QDialogButtonBox(QDialogButtonBox::Close, configurationPanel);
+    closeBox->setObjectName(QStringLiteral("configurationButtons"));
+    panelColumn->addWidget(closeBox);
+    connect(closeBox, &QDialogButtonBox::rejected, configurationPanel, &QWidget::hide);
     connect(configurationList, &QListWidget::currentRowChanged, configurationPages, &QStackedWidget::setCurrentIndex);
     configurationPanel->hide();
+    configurationPanel->installEventFilter(this);
 
     connect(editor, &KxGsEditor::scaleChanged, this, &OvGuiMainWindowBase::slotEditorScaleChanged);
     updateSceneRect();
@@ -80,6 +108,25 @@ OvGuiMainWindowBase::~OvGuiMainWindowBase()
 {
     view->viewport()->removeEventFilter(this);
     view->removeEventFilter(this);
+    configurationPanel->removeEventFilter(this);
+}
+
+void OvGuiMainWindowBase::placeConfigurationPanel()
+{
+    const QScreen* screen = windowHandle() ? windowHandle()->screen() : QGuiApplication::primaryScreen();
+    if (!screen)
+        return;
+    const QRect available = screen->availableGeometry();
+    // Room for the window frame, which the panel's own size leaves out.
+    const QSize frame(16, 48);
+    QSize size = configurationPanel->size().expandedTo(configurationPanel->sizeHint());
+    size = size.boundedTo(available.size() - frame);
+    configurationPanel->resize(size);
+    QRect placed(QPoint(0, 0), size + frame);
+    placed.moveCenter(isVisible() ? frameGeometry().center() : available.center());
+    placed.moveLeft(std::clamp(placed.left(), available.left(), available.right() + 1 - placed.width()));
+    placed.moveTop(std::clamp(placed.top(), available.top(), available.bottom() + 1 - placed.height()));
+    configurationPanel->move(placed.topLeft());
 }
 
 QWidget* OvGuiMainWindowBase::getConfigurationPanel()
@@ -177,12 +224,24 @@ void OvGuiMainWindowBase::zoomAt(double aFactor, const QPoint& aViewportPos)
     fitMode = false;
     const double zoom = std::clamp(editor->getZoom() * aFactor, kMinZoom, kMaxZoom);
     const QPointF picturePoint = editor->mapFromScene(view->mapToScene(aViewportPos));
+    zoomingAtCursor = true;
     editor->setZoom(zoom);
-    // Keep the picture point under the cursor where it was.
-    const QPoint moved = view->mapFromScene(editor->mapToScene(picturePoint));
-    const QPoint shift = moved - aViewportPos;
-    view->horizontalScrollBar()->setValue(view->horizontalScrollBar()->value() + shift.x());
-    view->verticalScrollBar()->setValue(view->verticalScrollBar()->value() + shift.y());
+    zoomingAtCursor = false;
+    // Keep the picture point under the cursor where it was: the view must be
+    // able to show the area around it, also beyond the picture's edges. The
+    // view shows or hides its scroll bars only later (a queued call), and the
+    // smaller or larger viewport then re-anchors the picture: let that
+    // happen first, and correct again after the correction's own changes.
+    hasWantedOrigin = true;
+    for (int pass = 0; pass < 2; ++pass) {
+        wantedOrigin = editor->mapToScene(picturePoint) - QPointF(aViewportPos);
+        updateSceneRect();
+        QCoreApplication::sendPostedEvents(view, QEvent::MetaCall);
+        const QPoint moved = view->mapFromScene(editor->mapToScene(picturePoint));
+        const QPoint shift = moved - aViewportPos;
+        view->horizontalScrollBar()->setValue(view->horizontalScrollBar()->value() + shift.x());
+        view->verticalScrollBar()->setValue(view->verticalScrollBar()->value() + shift.y());
+    }
 }
 
 bool OvGuiMainWindowBase::isPanning() const
@@ -224,18 +283,31 @@ void OvGuiMainWindowBase::slotZoomActual()
 
 void OvGuiMainWindowBase::slotEditorScaleChanged()
 {
+    // Any other zoom (fit, a caller's own) shows the picture as it is.
+    if (!zoomingAtCursor)
+        hasWantedOrigin = false;
     updateSceneRect();
 }
 
 void OvGuiMainWindowBase::updateSceneRect()
 {
     // A fixed scene rectangle: items that ignore transformations (labels,
-    // the magnifier) must not grow the scrollable area.
-    scene->setSceneRect(editor->sceneBoundingRect());
+    // the magnifier) must not grow the scrollable area. After a zoom at the
+    // cursor it also holds the view's area that keeps the point under the
+    // cursor, which may reach beyond the picture's edges.
+    QRectF rect = editor->sceneBoundingRect();
+    if (hasWantedOrigin)
+        rect |= QRectF(wantedOrigin, QSizeF(view->viewport()->size()));
+    scene->setSceneRect(rect);
 }
 
 bool OvGuiMainWindowBase::eventFilter(QObject* anObj, QEvent* anEvent)
 {
+    if (anObj == configurationPanel) {
+        if (anEvent->type() == QEvent::Show && !static_cast<QShowEvent*>(anEvent)->spontaneous())
+            placeConfigurationPanel();
+        return QMainWindow::eventFilter(anObj, anEvent);
+    }
     if (anObj == view) {
         if (anEvent->type() == QEvent::KeyPress || anEvent->type() == QEvent::KeyRelease) {
             auto* key = static_cast<QKeyEvent*>(anEvent);
@@ -260,6 +332,8 @@ bool OvGuiMainWindowBase::eventFilter(QObject* anObj, QEvent* anEvent)
         // the user resizes it): a fitted picture follows.
         if (fitMode)
             fitToView();
+        else
+            updateSceneRect();
         break;
     case QEvent::Wheel: {
         auto* wheel = static_cast<QWheelEvent*>(anEvent);

@@ -29,7 +29,9 @@ public:
     explicit OvGuiMainWindowBase(QWidget* aParent = nullptr);
     ~OvGuiMainWindowBase() override;
 
-    // The configuration panel (a window of its own, hidden until shown).
+    // The configuration panel (a window of its own, hidden until shown). It
+    // opens centred on this window and wholly on its screen, and closes with
+    // its Close button.
     virtual QWidget* getConfigurationPanel();
     // Its page list; each item's whatsThis() is the page name.
     virtual QListWidget* getConfigurationList();
@@ -84,6 +86,9 @@ private slots:
 private:
     void updateSceneRect();
     void fitToView();
+    // Centres the configuration panel on this window, inside the screen's
+    // available area (shrunk to fit when it is larger).
+    void placeConfigurationPanel();
 
     QGraphicsScene* scene;
     QGraphicsView* view;
@@ -95,6 +100,12 @@ private:
     QWidget* configurationPanel;
     QListWidget* configurationList;
     QStackedWidget* configurationPages;
+    // After a zoom at the cursor: the scene point at the viewport's top-left
+    // corner that keeps the point under the cursor; the scene rectangle
+    // includes the viewport from there. Any other zoom clears it.
+    QPointF wantedOrigin;
+    bool hasWantedOrigin = false;
+    bool zoomingAtCursor = false;
     QPoint panLastPos;
     bool panning = false;
     bool spaceHeld = false;

@@ -5,6 +5,7 @@
 #include "KxKernelObjectDataDescr.h"
 #include "OvGsCircle.h"
 #include "OvGuiMeasurementTool.h"
+#include "OvQtCompat.h"
 
 #include <QGraphicsSceneMouseEvent>
 #include <QPolygonF>
@@ -30,7 +31,7 @@ OvGsManipFrame::Kind circleKind()
 
 QPointF rounded(const QPointF& aPoint)
 {
-    return QPointF(qRound(aPoint.x()), qRound(aPoint.y()));
+    return QPointF(OvQtCompat::round(aPoint.x()), OvQtCompat::round(aPoint.y()));
 }
 
 bool leftBox(const QPointF& aPoint, const QPointF& aFrom)

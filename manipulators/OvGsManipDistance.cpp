@@ -9,6 +9,7 @@
 #include "OvGsCircle.h"
 #include "OvGsDistance.h"
 #include "OvGuiMeasurementTool.h"
+#include "OvQtCompat.h"
 
 #include <QGraphicsSceneHoverEvent>
 #include <QGraphicsSceneMouseEvent>
@@ -37,7 +38,7 @@ OvGsManipFrame::Kind distanceKind()
 
 QPoint rounded(const QPointF& aPoint)
 {
-    return QPoint(qRound(aPoint.x()), qRound(aPoint.y()));
+    return QPoint(OvQtCompat::round(aPoint.x()), OvQtCompat::round(aPoint.y()));
 }
 
 double lengthOf(const QPointF& aVector)
@@ -251,7 +252,7 @@ void OvGsManipDistance::objectCreatedInKernel(int aType, int anIdx, const KxKern
                                .toString();
     const QString prefix = QString::fromLatin1(kLinePrefix);
     bool numbered = false;
-    const int number = stored.startsWith(prefix) ? stored.midRef(prefix.size()).toInt(&numbered) : -1;
+    const int number = stored.startsWith(prefix) ? stored.mid(prefix.size()).toInt(&numbered) : -1;
     if (numbered && number >= theCount)
         theCount = number + 1;
     const QString name = stored.isEmpty() ? prefix + QString::number(theCount++) : stored;

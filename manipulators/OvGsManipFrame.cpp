@@ -13,8 +13,10 @@
 #include "OvDeviceSetManager.h"
 #include "OvGsObject.h"
 #include "OvGuiMeasurementTool.h"
+#include "OvQtCompat.h"
 #include "OvToolBase.h"
 
+#include <QPointer>
 #include <QCoreApplication>
 #include <QGraphicsScene>
 #include <QGraphicsSceneHoverEvent>
@@ -351,13 +353,18 @@ void OvGsManipFrame::activate()
     }
     if (!isLocalMagnifier()) {
         QPointF pos;
+        // A tool is mostly chosen on the panel: the lens waits until the
+        // pointer comes over the picture (hoverEnterEvent shows it).
+        bool overView = false;
         QGraphicsScene* scene = editor->scene();
         if (scene && !scene->views().isEmpty()) {
             QGraphicsView* view = scene->views().first();
-            pos = editor->mapFromScene(view->mapToScene(view->mapFromGlobal(QCursor::pos())));
+            const QPoint cursor = view->viewport()->mapFromGlobal(QCursor::pos());
+            pos = editor->mapFromScene(view->mapToScene(cursor));
+            overView = view->viewport()->rect().contains(cursor) && editor->getEditorArea().contains(pos);
         }
         createLocalMagnifier(pos, magnifierSize, magnifierScale, true, true, getMagnifierHotspot());
-        showLocalMagnifier(true);
+        showLocalMagnifier(overView);
     }
 }
 
@@ -423,6 +430,9 @@ void OvGsManipFrame::hoverLeaveEvent(QGraphicsSceneHoverEvent* anEvent)
 
 void OvGsManipFrame::hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent)
 {
+    // The pointer is over the picture: the lens shows, also when the tool was
+    // chosen while the pointer was elsewhere.
+    showLocalMagnifier(true);
     if (kind.magnifierLeadsHover) {
         pointerMovedInProgress(moveMagnifier(anEvent->pos(), anEvent->scenePos()));
     } else {
@@ -609,6 +619,15 @@ bool OvGsManipFrame::writeChange(KxGsObject* anObj, KxParamKeyframeVector aValue
     if (data->animated)
         aValues.setFrameNumber(kernelData->getCurrentFrame());
     auto* command = new CmdChangeObject(kind.objectType, index, aValues, false);
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    if (descr->getValue(aValues, QStringLiteral("w")).isValid()
+        || descr->getValue(aValues, QStringLiteral("fs")).isValid()) {
+        const QPointer<OvGsManipFrame> self(this);
+        command->setAfterApplied([self, index]() {
+            if (self)
+                self->showStoredStyle(index);
+        });
+    }
     // Whatever the change makes others write (lines measured against a base)
     // joins the same step.
     undoStack->beginMacro(command->text());
@@ -736,8 +755,11 @@ void OvGsManipFrame::slotDeviceSetModified(int aFlags)
     }
     if (aFlags & kDeviceCalibrationOrUnits) {
         const QMap<int, KxGsObject*> objects = gsObjectMap;
-        for (KxGsObject* obj : objects)
+        for (KxGsObject* obj : objects) {
             updateDisplayValue(obj, getValueNameToDisplay(obj), true, true);
+            // A longer text must still fit inside the picture.
+            static_cast<OvGsObject*>(obj)->ensureLabelVisible();
+        }
     }
 }
 
@@ -752,13 +774,12 @@ void OvGsManipFrame::slotObjectCreatedInKernel(int aType, int anIdx, const KxKer
     if (blockKernelNotification)
         return;
     objectCreatedInKernel(aType, anIdx, aData);
-    // The label goes where it was last seen, over whatever place the kind
-    // gave a new item; an object stored without one keeps that place.
+    // Kinds build a new item from the defaults; on a series the current
+    // frame's key frames win, and the label goes where it was last seen (an
+    // object stored without a place keeps the one the kind gave it).
     auto* item = aType == kind.objectType && aData ? qobject_cast<OvGsObject*>(gsObjectMap.value(anIdx)) : nullptr;
-    if (item) {
-        applyStoredLabel(item, aData->getKeyframesAt(kernelData->getCurrentFrame()));
-        item->ensureLabelVisible();
-    }
+    if (item)
+        showStoredState(item, aData->getKeyframesAt(kernelData->getCurrentFrame()));
 }
 
 void OvGsManipFrame::slotObjectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
@@ -783,32 +804,52 @@ void OvGsManipFrame::rescaleDefaultKeyframes(QSize anOld, QSize aNew)
     if (anOld == aNew || anOld.width() <= 0)
         return;
     const double factor = double(aNew.width()) / anOld.width();
-    const KxKernelObjectDataDescr* descr = getDescriptor();
-    const QString geometryKey = QString::fromLatin1(kind.geometryKey);
     const QMap<int, KxKernelObjectData*> objects = kernelData->getObjectsOfType(kind.objectType);
     for (KxKernelObjectData* data : objects) {
         KxParamKeyframeVector keyframes = data->getDefaultKeyframes();
         if (keyframes.size() < kParamCount)
             continue;
-        const QPoint pos = keyframes[3].getValue().toPoint();
-        keyframes[3].setValue(QPoint(qRound(pos.x() * factor), qRound(pos.y() * factor)));
-        descr->setValue(keyframes, geometryKey, scaleGeometry(descr->getValue(keyframes, geometryKey), factor));
-        // The label keeps its place relative to the scaled shape.
-        const QVariant labelPos = keyframeValue(keyframes, kLabelPosParam);
-        if (labelPos.isValid())
-            keyframes[kLabelPosParam].setValue(labelPos.toPointF() * factor);
-        scaleExtraParams(keyframes, factor);
+        scaleKeyframes(keyframes, factor);
         data->update(keyframes);
+        // Key frames of single frames of a series scale with the defaults.
+        const QList<qint64> frames = data->getKeyframeNumbers();
+        for (qint64 frame : frames) {
+            KxParamKeyframeVector own = data->getKeyframesExactlyAt(frame);
+            if (own.size() < kParamCount)
+                continue;
+            scaleKeyframes(own, factor);
+            own.setFrameNumber(frame);
+            data->update(own);
+        }
     }
-    recreateGraphicsObjects(getViewOrigin(), -1, true);
+    recreateGraphicsObjects(getViewOrigin(), kernelData->getCurrentFrame(), true);
+}
+
+void OvGsManipFrame::scaleKeyframes(KxParamKeyframeVector& aKeyframes, double aFactor) const
+{
+    // Only values the vector holds are scaled (a frame's vector may hold a few).
+    if (aKeyframes[3].hasValue()) {
+        const QPoint pos = aKeyframes[3].getValue().toPoint();
+        aKeyframes[3].setValue(QPoint(OvQtCompat::round(pos.x() * aFactor), OvQtCompat::round(pos.y() * aFactor)));
+    }
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    const QString geometryKey = QString::fromLatin1(kind.geometryKey);
+    const QVariant geometry = descr->getValue(aKeyframes, geometryKey);
+    if (geometry.isValid())
+        descr->setValue(aKeyframes, geometryKey, scaleGeometry(geometry, aFactor));
+    // The label keeps its place relative to the scaled shape.
+    const QVariant labelPos = keyframeValue(aKeyframes, kLabelPosParam);
+    if (labelPos.isValid())
+        aKeyframes[kLabelPosParam].setValue(labelPos.toPointF() * aFactor);
+    scaleExtraParams(aKeyframes, aFactor);
 }
 
 QVariant OvGsManipFrame::scaleGeometry(const QVariant& aGeometry, double aFactor) const
 {
-    switch (static_cast<int>(aGeometry.type())) {
+    switch (aGeometry.userType()) {
     case QMetaType::QPoint: {
         const QPoint point = aGeometry.toPoint();
-        return QPoint(qRound(point.x() * aFactor), qRound(point.y() * aFactor));
+        return QPoint(OvQtCompat::round(point.x() * aFactor), OvQtCompat::round(point.y() * aFactor));
     }
     case QMetaType::QPointF:
         return aGeometry.toPointF() * aFactor;
@@ -821,7 +862,7 @@ QVariant OvGsManipFrame::scaleGeometry(const QVariant& aGeometry, double aFactor
     case QMetaType::QPolygon: {
         QPolygon polygon = aGeometry.value<QPolygon>();
         for (QPoint& point : polygon)
-            point = QPoint(qRound(point.x() * aFactor), qRound(point.y() * aFactor));
+            point = QPoint(OvQtCompat::round(point.x() * aFactor), OvQtCompat::round(point.y() * aFactor));
         return polygon;
     }
     default:
@@ -861,7 +902,7 @@ KxParamKeyframeVector OvGsManipFrame::createObjectKeyframes(const OvGsObject* an
     keyframes[0].setValue(true);
     keyframes[1].setValue(anItem->getColor());
     keyframes[2].setValue(valueNameOf(anItem));
-    keyframes[3].setValue(QPoint(qRound(pos.x()), qRound(pos.y())) + getViewOrigin());
+    keyframes[3].setValue(QPoint(OvQtCompat::round(pos.x()), OvQtCompat::round(pos.y())) + getViewOrigin());
     keyframes[4].setValue(false);
     descr->setValue(keyframes, QString::fromLatin1(kind.geometryKey), aGeometry);
     keyframes[kLabelPosParam].setValue(anItem->getLabelPos());
@@ -949,6 +990,38 @@ void OvGsManipFrame::showStoredState(OvGsObject* anItem, const KxParamKeyframeVe
     anItem->ensureLabelVisible();
 }
 
+void OvGsManipFrame::gsObjectParamApplied(int anIdx, int anId)
+{
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    if (anId == descr->getParamId(QStringLiteral("w")) || anId == descr->getParamId(QStringLiteral("fs")))
+        showStoredStyle(anIdx);
+}
+
+void OvGsManipFrame::showStoredStyle(int anIdx)
+{
+    // A kernel change in general leaves width and font size alone; doing,
+    // undoing or redoing a style step must still show the stored style.
+    auto* item = qobject_cast<OvGsObject*>(gsObjectMap.value(anIdx));
+    const KxKernelObjectData* data = kernelData->getObject(kind.objectType, anIdx);
+    if (!item || !data || blockKernelNotification)
+        return;
+    applyStoredStyle(item, data->getKeyframesAt(kernelData->getCurrentFrame()));
+    applyStoredLabel(item, data->getKeyframesAt(kernelData->getCurrentFrame()));
+    item->ensureLabelVisible();
+    editor->update();
+}
+
+void OvGsManipFrame::applyStoredStyle(OvGsObject* anItem, const KxParamKeyframeVector& aKeyframes)
+{
+    const KxKernelObjectDataDescr* descr = getDescriptor();
+    const QVariant width = descr->getValue(aKeyframes, QStringLiteral("w"));
+    if (width.isValid())
+        anItem->setPenStyle(anItem->penStyle, width.toInt());
+    const QVariant fontSize = descr->getValue(aKeyframes, QStringLiteral("fs"));
+    if (fontSize.isValid())
+        anItem->setLabelFontPixSize(fontSize.toInt());
+}
+
 void OvGsManipFrame::objectChangedInKernel(int aType, int anIdx, const KxKernelObjectData* aData)
 {
     if (aType != kind.objectType || !aData)
@@ -1001,7 +1074,7 @@ void OvGsManipFrame::gsObjectChangedShape(KxGsObject* anObj)
     const KxKernelObjectDataDescr* descr = getDescriptor();
     KxParamKeyframeVector keyframes = descr->createKeyframeVector();
     const QPointF pos = anObj->pos();
-    keyframes[3].setValue(QPoint(qRound(pos.x()), qRound(pos.y())) + getViewOrigin());
+    keyframes[3].setValue(QPoint(OvQtCompat::round(pos.x()), OvQtCompat::round(pos.y())) + getViewOrigin());
     descr->setValue(keyframes, QString::fromLatin1(kind.geometryKey), itemGeometry(anObj));
     if (auto* item = qobject_cast<OvGsObject*>(anObj))
         keyframes[kLabelPosParam].setValue(item->getLabelPos());

@@ -160,6 +160,7 @@ public:
     void gsObjectMoved(KxGsObject* anObj, const QPoint& aStoredPos) override;
     // The label's place in one step; nothing when unchanged.
     void gsObjectLabelMoved(KxGsObject* anObj) override;
+    void gsObjectParamApplied(int anIdx, int anId) override;
     QCursor getCursor() const override;
 
     // The panel shows the object's style and unit: from its kernel data when
@@ -246,9 +247,12 @@ protected:
     // described: a kind describes the parameters it stores beyond them.
     // Default: none.
     virtual void describeExtraParams(KxKernelObjectDataDescr* aDescr) const;
-    // Called by rescaleDefaultKeyframes() for each object's defaults after
-    // position, geometry and label place were scaled: a kind scales its own
-    // parameters here. Default: nothing.
+    // Scales the position, geometry, label place and extra parameters that
+    // aKeyframes holds by aFactor (a camera-resolution change).
+    void scaleKeyframes(KxParamKeyframeVector& aKeyframes, double aFactor) const;
+    // Called by scaleKeyframes() for each stored vector (defaults and every
+    // frame's) after position, geometry and label place were scaled: a kind
+    // scales its own parameters here. Default: nothing.
     virtual void scaleExtraParams(KxParamKeyframeVector& aKeyframes, double aFactor) const;
     // The unit activate() puts on the panel after offering the kind's units.
     // Default: automatic.
@@ -296,8 +300,15 @@ protected:
     void dressNewItem(OvGsObject* anItem, Qt::PenStyle aStyle = Qt::DashLine);
     // anItem, an item of this kind, takes aKeyframes (one frame's state):
     // applyStoredGeometry() against the view origin, visibility, colour and
-    // the stored value name on its label, kept inside the picture.
+    // the stored value name on its label, kept inside the picture. Width and
+    // font size follow only style steps (gsObjectParamApplied()).
     void showStoredState(OvGsObject* anItem, const KxParamKeyframeVector& aKeyframes);
+    // anItem takes the stored pen width and label font size of aKeyframes
+    // (its pen style stays).
+    void applyStoredStyle(OvGsObject* anItem, const KxParamKeyframeVector& aKeyframes);
+    // The item of object anIdx takes its stored width, font size and label
+    // place (after a style step was done, undone or redone).
+    void showStoredStyle(int anIdx);
     // Puts anItem, a finished item of this kind, in the graphics-object map
     // under getNextObjectIndex(), names it after that index and lets its trash
     // button show. Returns the index.

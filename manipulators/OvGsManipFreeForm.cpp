@@ -9,6 +9,7 @@
 #include "KxMediaInfo.h"
 #include "OvGsFreeForm.h"
 #include "OvGuiMeasurementTool.h"
+#include "OvQtCompat.h"
 
 #include <QGraphicsSceneHoverEvent>
 #include <QGraphicsSceneMouseEvent>
@@ -42,7 +43,7 @@ OvGsManipFrame::Kind freeFormKind()
 
 QPoint rounded(const QPointF& aPoint)
 {
-    return QPoint(qRound(aPoint.x()), qRound(aPoint.y()));
+    return QPoint(OvQtCompat::round(aPoint.x()), OvQtCompat::round(aPoint.y()));
 }
 
 bool isUsable(const QPointF& aPoint)
@@ -232,13 +233,7 @@ void OvGsManipFreeForm::finalizeShape()
     // Placed now: the zoom was applied while the shape had no nodes yet.
     item->updateTrashPos();
     placeLabel(item);
-
-    const KxParamKeyframeVector keyframes = createObjectKeyframes(item, QVariant::fromValue(item->nodes));
-    auto* data = new KxKernelObjectData(keyframes, getDescriptor()->getKeyframeTypes(), false);
-    pushOwnCommand(new CmdCreateObject(kind.objectType, index, data));
-
-    changeAnimationGsObject(item, kernelData->getMediaInfo().isVideoFile(), false, false);
-    updateDisplayValue(item, valueNames.value(0), true, true);
+    storeNewObject(item, index, QVariant::fromValue(item->nodes));
     inProgress = nullptr;
 }
 
@@ -292,7 +287,7 @@ OvGsManipFrame::Measure OvGsManipFreeForm::measureNodes(const QString& aName, co
         const QPointF& node = aNodes.at(i);
         if (!isUsable(node))
             return Measure();
-        sequence.putPoint(i, qRound(node.x()), qRound(node.y()));
+        sequence.putPoint(i, OvQtCompat::round(node.x()), OvQtCompat::round(node.y()));
     }
     const double umPerPixel = kernelData->getMediaInfo().calculateUmForPixels(1.0, 0.0);
 

@@ -12,6 +12,7 @@
 #include "OvGsDistance.h"
 #include "OvGsRelativeDistance.h"
 #include "OvGuiMeasurementTool.h"
+#include "OvQtCompat.h"
 
 #include <QCoreApplication>
 #include <QGraphicsScene>
@@ -43,7 +44,7 @@ double lengthOf(const QPointF& aVector)
 
 QPoint rounded(const QPointF& aPoint)
 {
-    return QPoint(qRound(aPoint.x()), qRound(aPoint.y()));
+    return QPoint(OvQtCompat::round(aPoint.x()), OvQtCompat::round(aPoint.y()));
 }
 
 } // namespace
@@ -641,7 +642,7 @@ void OvGsManipRelative::reserveLineName(const QString& aName)
     if (!aName.startsWith(prefix))
         return;
     bool ok = false;
-    const int number = aName.midRef(prefix.size()).toInt(&ok);
+    const int number = aName.mid(prefix.size()).toInt(&ok);
     if (ok && number >= counter)
         counter = number + 1;
 }

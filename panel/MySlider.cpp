@@ -1,5 +1,7 @@
 #include "MySlider.h"
 
+#include "OvQtCompat.h"
+
 #include <QMouseEvent>
 #include <QStyleOptionSlider>
 #include <QWheelEvent>
@@ -30,7 +32,7 @@ void MySlider::mousePressEvent(QMouseEvent* anEvent)
     QStyleOptionSlider option;
     initStyleOption(&option);
     const QRect handle = style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, this);
-    const QPoint clickPos = anEvent->localPos().toPoint();
+    const QPoint clickPos = OvQtCompat::localPos(anEvent).toPoint();
     const int width = geometry().width();
     const int height = geometry().height();
     const bool horizontal = orientation() == Qt::Horizontal;

@@ -6,6 +6,7 @@
 #include "KxKernelObjectData.h"
 #include "KxSignalCenter.h"
 #include "OvCommonStyle.h"
+#include "OvQtCompat.h"
 #include "OvValueFormat.h"
 #include "myStyle.h"
 
@@ -51,7 +52,7 @@ QColor toColor(const QVariant& aValue)
     if (aValue.userType() == QMetaType::QColor)
         return aValue.value<QColor>();
     QVariant converted = aValue;
-    if (converted.convert(QMetaType::QColor))
+    if (OvQtCompat::convert(converted, QMetaType::QColor))
         return converted.value<QColor>();
     return QColor();
 }

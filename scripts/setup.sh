@@ -4,9 +4,14 @@
 # is missing.
 set -euo pipefail
 
+# Qt 5 and Qt 6 both: the tests run against each. dpkg-dev and file let CPack
+# work out the Debian package's dependencies; the translations packages hold
+# Qt's own texts (standard buttons and dialogs).
 packages=(build-essential cmake ninja-build pkg-config
-          qtbase5-dev qtbase5-dev-tools libqt5svg5-dev qttools5-dev-tools libtiff-dev
-          xvfb xauth fonts-dejavu-core)
+          qtbase5-dev qtbase5-dev-tools libqt5svg5-dev qttools5-dev qttools5-dev-tools qttranslations5-l10n
+          qt6-base-dev qt6-base-dev-tools qt6-svg-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools
+          qt6-translations-l10n libgl-dev libtiff-dev
+          dpkg-dev file python3 xvfb xauth fonts-dejavu-core)
 
 missing=()
 for p in "${packages[@]}"; do

@@ -227,8 +227,16 @@ QPainterPath OvGsAngle::createArc(double& anAngle, QPointF& aLabelAnchor) const
         return QPainterPath();
     // A finished angle has its vertex on the item's origin: that is a vertex too.
     QPointF vertex;
-    if (!linesCross(firstLine, secondLine, vertex))
+    if (!linesCross(firstLine, secondLine, vertex)) {
+        // Parallel arms have no vertex to draw an arc at; they measure what the
+        // store gives them: 0° pointing the same way, 180° pointing apart.
+        const QLineF first(nodes.at(0), nodes.at(1));
+        const QLineF second(nodes.at(2), nodes.at(3));
+        const double cross = second.dy() * first.dx() - second.dx() * first.dy();
+        const double between = cross < 0.0 ? first.angleTo(second) : second.angleTo(first);
+        anAngle = innerAngle ? between : 360.0 - between;
         return QPainterPath();
+    }
 
     double radius = arcRadius;
     // A vertex outside the picture gets an arc that reaches into it.
@@ -335,7 +343,7 @@ bool OvGsAngle::isPointOnBody(const QPointF& aPoint, int aTol) const
 {
     if (nodes.size() < 2)
         return false;
-    const QRectF probe = probeRect(aPoint, aTol);
+    const QRectF probe = bodyProbeRect(aPoint, aTol);
     const QPointF origin(0.0, 0.0);
     if (crossesDiagonals(origin, outerNode(0), probe))
         return true;

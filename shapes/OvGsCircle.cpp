@@ -1,6 +1,7 @@
 #include "OvGsCircle.h"
 
 #include "KxGsManipulator.h"
+#include "OvQtCompat.h"
 
 #include <QPainter>
 #include <QPen>
@@ -8,7 +9,7 @@
 
 namespace {
 
-// Centres further out than this come from nonsense nodes and would overflow qRound.
+// Centres further out than this come from nonsense nodes and would overflow the rounding.
 const double kMaxCentreOffset = 1.0e9;
 
 bool isUsableOffset(double aValue)
@@ -160,11 +161,11 @@ void OvGsCircle::recalcGeometry()
         const double rawX = (ma * mb * (y0 - y2) + mb * (x0 + x1) - ma * (x1 + x2)) / (2.0 * (mb - ma));
         if (!isUsableOffset(rawX))
             return;
-        cx = qRound(rawX);
+        cx = OvQtCompat::round(rawX);
         const double rawY = -(1.0 / ma) * (cx - (x0 + x1) / 2.0) + (y0 + y1) / 2.0;
         if (!isUsableOffset(rawY))
             return;
-        cy = qRound(rawY);
+        cy = OvQtCompat::round(rawY);
     } else {
         // A new circle whose third node still sits on the second: nodes 0 and 1 span
         // a diameter.
@@ -174,8 +175,8 @@ void OvGsCircle::recalcGeometry()
         const double rawY = (y1 - y0) * 0.5;
         if (!isUsableOffset(rawX) || !isUsableOffset(rawY))
             return;
-        cx = qRound(rawX);
-        cy = qRound(rawY);
+        cx = OvQtCompat::round(rawX);
+        cy = OvQtCompat::round(rawY);
     }
 
     prepareGeometryChange();
@@ -218,6 +219,14 @@ bool OvGsCircle::isPointOnNode(const QPointF& aPoint, int& anIndex, int aTol) co
 int OvGsCircle::handleAt(const QPointF& aPoint, int aTol) const
 {
     return nodeAt(nodes, 3, aPoint, aTol);
+}
+
+bool OvGsCircle::isPointInsideOutline(const QPointF& aPoint, int aTol) const
+{
+    if (nodes.size() != 3 || !(radius > 0.0))
+        return false;
+    const double margin = qMax(selSize, double(aTol)) / 2.0;
+    return qSqrt(QPointF::dotProduct(aPoint, aPoint)) < radius - margin && handleAt(aPoint, aTol) < 0;
 }
 
 void OvGsCircle::dragHandle(int aHandle, const QPointF& aPoint, const QPointF&)

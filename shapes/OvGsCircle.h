@@ -60,6 +60,8 @@ protected:
     bool isPointOnBody(const QPointF& aPoint, int aTol) const override;
     // Handles are the nodes, in their order.
     int handleAt(const QPointF& aPoint, int aTol) const override;
+    // Inside the disc by more than half the tolerance and off every handle.
+    bool isPointInsideOutline(const QPointF& aPoint, int aTol) const override;
     // The node goes to the pointer and the circle is fitted again; node 0 carries the
     // label along.
     void dragHandle(int aHandle, const QPointF& aPoint, const QPointF& aDelta) override;

@@ -30,7 +30,7 @@ int OvGsDistance::type() const
 
 bool OvGsDistance::isPointOnBody(const QPointF& aPoint, int aTol) const
 {
-    return crossesDiagonals(QPointF(0.0, 0.0), vector, probeRect(aPoint, aTol));
+    return crossesDiagonals(QPointF(0.0, 0.0), vector, bodyProbeRect(aPoint, aTol));
 }
 
 bool OvGsDistance::isRectContainsObject(const QRectF& aRect) const

@@ -1,5 +1,7 @@
 #include "OvGsFreeForm.h"
 
+#include "OvQtCompat.h"
+
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPen>
@@ -48,6 +50,23 @@ bool OvGsFreeForm::isPointOnObject(const QPointF& aPoint, int& aPart, int aToler
     return nodes.containsPoint(aPoint, Qt::WindingFill);
 }
 
+bool OvGsFreeForm::isPointInsideOutline(const QPointF& aPoint, int aTolerance) const
+{
+    if (!closed || nodes.size() < 3 || !nodes.containsPoint(aPoint, Qt::WindingFill))
+        return false;
+    const double margin = qMax(selSize, double(aTolerance)) / 2.0;
+    for (int i = 0; i < nodes.size(); ++i) {
+        const QPointF a = nodes.at(i);
+        const QPointF ab = nodes.at((i + 1) % nodes.size()) - a;
+        const double length2 = QPointF::dotProduct(ab, ab);
+        const double t = length2 > 0.0 ? qBound(0.0, QPointF::dotProduct(aPoint - a, ab) / length2, 1.0) : 0.0;
+        const QPointF offset = aPoint - (a + t * ab);
+        if (QPointF::dotProduct(offset, offset) <= margin * margin)
+            return false;
+    }
+    return true;
+}
+
 bool OvGsFreeForm::isRectContainsObject(const QRectF& aRect) const
 {
     return aRect.contains(nodes.boundingRect());
@@ -77,11 +96,11 @@ void OvGsFreeForm::manipMousePressEvent(QMouseEvent* anEvent)
         return;
     OvGsObject::manipMousePressEvent(anEvent);
     if (anEvent->isAccepted()) {
-        reshaping = isPointOnLabel(anEvent->localPos());
+        reshaping = isPointOnLabel(OvQtCompat::localPos(anEvent));
         return;
     }
     int part = 0;
-    if (isPointOnObject(anEvent->localPos(), part, int(selSize)))
+    if (isPointOnObject(OvQtCompat::localPos(anEvent), part, int(selSize)))
         anEvent->accept();
 }
 

@@ -61,6 +61,12 @@ public:
     // With more than two nodes the trash button goes to trashPos; otherwise it stays.
     void updateTrashPos();
 
+protected:
+    // A closed outline only: inside it and more than half the tolerance (at
+    // least selSize) away from each of its segments.
+    bool isPointInsideOutline(const QPointF& aPoint, int aTolerance) const override;
+
+public:
     // In item coordinates; node 0 sits at the item's origin when drawn by hand.
     QPolygonF nodes;
     // Never set by the item; cleared on every press and release.

@@ -1,12 +1,15 @@
 #include "OvGsHandleShape.h"
 
 #include "KxGsManipulator.h"
+#include "OvQtCompat.h"
 
 #include <QBrush>
 #include <QColor>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QtMath>
+
+#include <algorithm>
 
 namespace {
 
@@ -43,6 +46,16 @@ void OvGsHandleShape::adjustScale(double aZoom)
     update();
 }
 
+void OvGsHandleShape::setGestureState(bool aMoving, bool aReshaping)
+{
+    if (aMoving == moving && aReshaping == reshaping)
+        return;
+    // A shape may draw more while it is reshaped (an angle's full lines).
+    prepareGeometryChange();
+    moving = aMoving;
+    reshaping = aReshaping;
+}
+
 bool OvGsHandleShape::isPointOnObject(const QPointF& aPoint, int& aPart, int aTol) const
 {
     if (OvGsObject::isPointOnObject(aPoint, aPart, aTol))
@@ -69,17 +82,16 @@ bool OvGsHandleShape::isReshaping() const
 
 void OvGsHandleShape::manipMousePressEvent(QMouseEvent* anEvent)
 {
-    moving = false;
-    reshaping = false;
+    setGestureState(false, false);
     setPenStyle(penStyle, penWidth);
     anEvent->ignore();
     if (hidden || isLocked() || !isVisible())
         return;
 
     OvGsObject::manipMousePressEvent(anEvent);
-    const QPointF point = roundedPoint(anEvent->localPos());
+    const QPointF point = roundedPoint(OvQtCompat::localPos(anEvent));
     if (anEvent->isAccepted()) {
-        reshaping = isPointOnLabel(point);
+        setGestureState(false, isPointOnLabel(point));
         return;
     }
 
@@ -87,9 +99,9 @@ void OvGsHandleShape::manipMousePressEvent(QMouseEvent* anEvent)
     activeNode = handleAt(point, tol);
     int part = 0;
     if (activeNode >= 0)
-        reshaping = true;
-    else if (isPointOnObject(anEvent->localPos(), part, tol))
-        moving = canMoveWhole();
+        setGestureState(false, true);
+    else if (isPointOnObject(OvQtCompat::localPos(anEvent), part, tol))
+        setGestureState(canMoveWhole(), false);
     else
         return;
     lastMousePos = pointerInParent(anEvent);
@@ -108,7 +120,7 @@ void OvGsHandleShape::manipMouseMoveEvent(QMouseEvent* anEvent)
     if (moving)
         translateBy(delta);
     else if (reshaping)
-        dragHandle(activeNode, roundedPoint(anEvent->localPos()), delta);
+        dragHandle(activeNode, roundedPoint(OvQtCompat::localPos(anEvent)), delta);
     lastMousePos = pointer;
     anEvent->accept();
 }
@@ -118,8 +130,7 @@ void OvGsHandleShape::manipMouseReleaseEvent(QMouseEvent* anEvent)
     anEvent->ignore();
     OvGsObject::manipMouseReleaseEvent(anEvent);
     if (anEvent->isAccepted()) {
-        moving = false;
-        reshaping = false;
+        setGestureState(false, false);
         return;
     }
     if (moving || reshaping) {
@@ -129,8 +140,7 @@ void OvGsHandleShape::manipMouseReleaseEvent(QMouseEvent* anEvent)
             if (KxGsManipulator* receiver = reshapeReceiver())
                 receiver->gsObjectChangedShape(this);
         }
-        moving = false;
-        reshaping = false;
+        setGestureState(false, false);
         anEvent->accept();
     }
     gestureReleased();
@@ -172,13 +182,30 @@ bool OvGsHandleShape::solidWhileIdle() const
 
 QPointF OvGsHandleShape::roundedPoint(const QPointF& aPoint)
 {
-    return QPointF(qRound(aPoint.x()), qRound(aPoint.y()));
+    return QPointF(OvQtCompat::round(aPoint.x()), OvQtCompat::round(aPoint.y()));
 }
 
-QRectF OvGsHandleShape::probeRect(const QPointF& aPoint, int aTol)
+double OvGsHandleShape::probeSide(int aTol) const
 {
-    const int half = aTol / 2;
-    return QRectF(aPoint - QPointF(half, half), QSizeF(aTol, aTol));
+    // An integer tolerance is the on-screen tolerance truncated: within one
+    // unit of it, the exact value serves (at high zoom it truncates to 0).
+    return (aTol < selSize && selSize - aTol < 1.0) ? selSize : double(aTol);
+}
+
+QRectF OvGsHandleShape::probeRect(const QPointF& aPoint, int aTol) const
+{
+    // Centred on the point: half of a small integer tolerance, rounded down,
+    // would leave the probe beside the point.
+    const double side = probeSide(aTol);
+    return QRectF(aPoint - QPointF(side / 2.0, side / 2.0), QSizeF(side, side));
+}
+
+QRectF OvGsHandleShape::bodyProbeRect(const QPointF& aPoint, int aTol) const
+{
+    // A line drawn wider than the tolerance (its width is in picture pixels,
+    // wide at high zoom) is hit wherever it shows.
+    const double side = std::max(probeSide(aTol), double(penWidth));
+    return QRectF(aPoint - QPointF(side / 2.0, side / 2.0), QSizeF(side, side));
 }
 
 bool OvGsHandleShape::isUsableZoom(double aZoom)
@@ -210,7 +237,7 @@ QRectF OvGsHandleShape::nodeRect(const QPointF& aCentre) const
 
 QPointF OvGsHandleShape::pointerInParent(const QMouseEvent* anEvent) const
 {
-    return roundedPoint(mapToParent(anEvent->localPos()));
+    return roundedPoint(mapToParent(OvQtCompat::localPos(anEvent)));
 }
 
 QPen OvGsHandleShape::prepareOutline(QPainter* aPainter) const

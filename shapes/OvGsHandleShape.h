@@ -62,6 +62,9 @@ public:
     int activeNode;
 
 protected:
+    // Sets moving and reshaping, telling the scene first when they change (the
+    // scene's index must never hold an outdated bounding rectangle).
+    void setGestureState(bool aMoving, bool aReshaping);
     // aPoint in item coordinates, aTol the hit tolerance in item units. Whether the shape
     // itself (not its handles, label or buttons) lies within the tolerance.
     virtual bool isPointOnBody(const QPointF& aPoint, int aTol) const = 0;
@@ -99,8 +102,14 @@ protected:
     virtual bool solidWhileIdle() const;
 
     static QPointF roundedPoint(const QPointF& aPoint);
-    // The square of side aTol around aPoint that hit tests probe with.
-    static QRectF probeRect(const QPointF& aPoint, int aTol);
+    // The square around aPoint, centred on it, that hit tests probe with: of
+    // side aTol, or selSize where aTol is selSize truncated (at high zoom an
+    // integer tolerance truncates to 0 and nothing would ever be hit).
+    QRectF probeRect(const QPointF& aPoint, int aTol) const;
+    // probeRect() for a shape's lines: never narrower than the outline's
+    // width, so a wide line is hit wherever it shows.
+    QRectF bodyProbeRect(const QPointF& aPoint, int aTol) const;
+    double probeSide(int aTol) const;
     static bool isUsableZoom(double aZoom);
     // Whether the segment aFrom-aTo crosses a diagonal of aProbe: how lines
     // are hit tested against a probeRect().

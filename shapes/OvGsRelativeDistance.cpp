@@ -1,5 +1,7 @@
 #include "OvGsRelativeDistance.h"
 
+#include "OvQtCompat.h"
+
 #include <QMouseEvent>
 
 namespace {
@@ -25,7 +27,7 @@ void OvGsRelativeDistance::adjustScale(double aZoom)
 
 void OvGsRelativeDistance::manipMousePressEvent(QMouseEvent* anEvent)
 {
-    if (!hidden && isVisible() && isPointOnActiveButton(anEvent->localPos())) {
+    if (!hidden && isVisible() && isPointOnActiveButton(OvQtCompat::localPos(anEvent))) {
         moving = false;
         reshaping = false;
         anEvent->ignore();

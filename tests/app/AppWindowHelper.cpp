@@ -16,9 +16,11 @@ AppWindowHelper::~AppWindowHelper()
     stop();
 }
 
-QStringList AppWindowHelper::start()
+QStringList AppWindowHelper::start(const QSize& aSize)
 {
     mWindow.reset(new OvViewerMainWindow);
+    if (aSize.isValid())
+        mWindow->resize(aSize);
     const QStringList problems = mWindow->loadPlugins();
     mWindow->show();
     return problems;

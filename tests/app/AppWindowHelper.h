@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QPair>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 
@@ -17,9 +18,9 @@ public:
     AppWindowHelper();
     ~AppWindowHelper();
 
-    // Creates the window, loads the plug-in into it and shows it; what the
-    // plug-in loader refused, empty when all went well.
-    QStringList start();
+    // Creates the window (of aSize when valid), loads the plug-in into it and
+    // shows it; what the plug-in loader refused, empty when all went well.
+    QStringList start(const QSize& aSize = QSize());
     // Removes every stored measurement and closes the window.
     void stop();
     OvViewerMainWindow* window() const { return mWindow.get(); }

@@ -30,8 +30,8 @@ const int kFreeForm = 66655;
 // (800, 600) with lines clicked at (650, 450), (750, 700) and (900, 550).
 const char* const kRelative = "tool parallel\npress 300 300\nmove 400 350\nrelease 500 400\nclick 350 200\n"
                               "select none\n"
-                              "tool multiple\npress 600 500\nmove 700 550\nrelease 800 600\nclick 650 450\n"
-                              "click 750 700\nclick 900 550\nselect none\ntool none\n";
+                              "tool multiple\npress 600 500\nmove 700 550\nrelease 800 600\nclick 650 420\n"
+                              "click 750 700\nclick 950 650\nselect none\ntool none\n";
 
 // One measurement of every other kind.
 const char* const kOthers = "tool distance\nunit um\npress 100 600\nmove 150 650\nrelease 200 700\n"

@@ -235,49 +235,19 @@ private slots:
         window->slotCalibrateFromLine();
         QGraphicsView* view = window->getView();
         QTest::mousePress(view->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(50, 50));
+        QMouseEvent move(QEvent::MouseMove, QPoint(150, 60), view->viewport()->mapToGlobal(QPoint(150, 60)),
+                         Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(view->viewport(), &move);
         QVERIFY(window->calibrationLineTool()->isDrawing());
-        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-        window->calibrationLineTool()->keyPressEvent(&escape);
+        // The key as the window gets it: Escape is also the Edit menu's
+        // shortcut, which must not swallow the cancel.
+        QTest::keyClick(view->viewport(), Qt::Key_Escape);
         QVERIFY(!window->calibrationLineTool()->isDrawing());
+        // Letting go of the mouse afterwards asks nothing either.
+        QTest::mouseRelease(view->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(150, 60));
         QVERIFY(!asked);
         QVERIFY(!window->getEditor()->getOverrideManipulator());
         QCOMPARE(window->calibration(), 0.5);
-    }
-
-    void saveAndLoadRoundTrip()
-    {
-        // Every drawing variant there is, on a three-frame series so that key
-        // frames are per frame.
-        const QString a = writePicture(dir.filePath("f1.png"), QSize(500, 400), 0.5, 100);
-        const QString b = writePicture(dir.filePath("f2.png"), QSize(500, 400), 0.0, 130);
-        const QString c = writePicture(dir.filePath("f3.png"), QSize(500, 400), 0.0, 160);
-        QString error;
-        QVERIFY2(window->openImages({ a, b, c }, &error), qPrintable(error));
-        window->slotZoomActual();
-        // Vertical lines: a new label sits to the right of the start point.
-        play("tool distance\npress 50 50\nmove 50 150\nrelease 50 150\n"
-             "press 200 200\nmove 200 300\nrelease 200 300\n"
-             "frame 1\npress 300 100\nmove 300 200\nrelease 300 200\n"
-             "select none\npress 50 100\nmove 80 100\nrelease 80 100\nframe 0\n");
-        const auto before = storeStates();
-        QVERIFY(before.size() >= 3);
-        const QVector<OvMeasurementExporter::Row> valuesBefore = OvMeasurementExporter::collect();
-        const QString file = dir.filePath("series.measurements.json");
-        QVERIFY2(window->saveMeasurements(file, &error), qPrintable(error));
-        QVERIFY(window->undoStack()->isClean());
-
-        // Gone, then back, object by object.
-        play("undo\nundo\n");
-        QVERIFY(storeStates() != before);
-        QVERIFY2(window->loadMeasurements(file, &error), qPrintable(error));
-        QVERIFY(storeStates() == before);
-        QCOMPARE(window->undoStack()->count(), 0);
-        QCOMPARE(resultRows(), valuesBefore.size());
-        QCOMPARE(OvMeasurementExporter::toCsv(OvMeasurementExporter::collect()),
-                 OvMeasurementExporter::toCsv(valuesBefore));
-        // Items and labels as drawn.
-        for (KxGsObject* item : window->getEditor()->getAllChildGsObjects())
-            QVERIFY(!item->getDisplayValue().isEmpty());
     }
 
     void badMeasurementFilesLoseNothing_data()

@@ -4,9 +4,12 @@
 #include "KxKernelObjectDataDescr.h"
 #include "KxSignalCenter.h"
 #include "KxView.h"
+#include "OvQtCompat.h"
 
 #include <QApplication>
 #include <QPainter>
+
+#include <memory>
 
 namespace {
 
@@ -41,7 +44,7 @@ KxKernelObjectDataDescr* newBoxDescriptor(int aType)
 
 KxKernelObjectData* newBoxData(int aType, bool anAnimated, const QPoint& aPos, const QSizeF& aSize)
 {
-    QScopedPointer<KxKernelObjectDataDescr> descr(newBoxDescriptor(aType));
+    std::unique_ptr<KxKernelObjectDataDescr> descr(newBoxDescriptor(aType));
     KxParamKeyframeVector values = descr->createKeyframeVector();
     const QList<QVariant> defaults{true, QColor(Qt::green), QStringLiteral("Area"), aPos, false, aSize, 2};
     for (int id = 0; id < defaults.size(); ++id)
@@ -89,30 +92,30 @@ bool TestGsItem::isPointOnObject(const QPointF& aPoint, int& aPart, int aToleran
 
 void TestGsItem::manipMousePressEvent(QMouseEvent* anEvent)
 {
-    calls << eventText("press", anEvent->localPos());
+    calls << eventText("press", OvQtCompat::localPos(anEvent));
     moving = false;
     // The base takes presses on the label and buttons (the trash may delete this item).
     OvGsObject::manipMousePressEvent(anEvent);
     if (anEvent->isAccepted() || hidden || isLocked() || !isVisible())
         return;
     int part = 0;
-    moving = isPointOnObject(anEvent->localPos(), part, 0);
-    pressLocal = anEvent->localPos();
+    moving = isPointOnObject(OvQtCompat::localPos(anEvent), part, 0);
+    pressLocal = OvQtCompat::localPos(anEvent);
     anEvent->setAccepted(moving);
 }
 
 void TestGsItem::manipMouseMoveEvent(QMouseEvent* anEvent)
 {
-    calls << eventText("move", anEvent->localPos());
+    calls << eventText("move", OvQtCompat::localPos(anEvent));
     OvGsObject::manipMouseMoveEvent(anEvent);
     if (!anEvent->isAccepted() && moving)
-        setPos(pos() + (anEvent->localPos() - pressLocal));
+        setPos(pos() + (OvQtCompat::localPos(anEvent) - pressLocal));
     anEvent->accept();
 }
 
 void TestGsItem::manipMouseReleaseEvent(QMouseEvent* anEvent)
 {
-    calls << eventText("release", anEvent->localPos());
+    calls << eventText("release", OvQtCompat::localPos(anEvent));
     OvGsObject::manipMouseReleaseEvent(anEvent);
     anEvent->setAccepted(anEvent->isAccepted() || moving);
     moving = false;
@@ -123,10 +126,10 @@ TestManipulator::TestManipulator(int aType, QUndoStack* anUndoStack)
     , objectType(aType)
 {
     valueNames << QStringLiteral("Area") << QStringLiteral("Width");
-    QScopedPointer<KxKernelObjectDataDescr> descr(newBoxDescriptor(aType));
-    if (!kernelData->registerObjectType(this, aType) || !kernelData->registerDataDescriptor(descr.data(), aType))
+    std::unique_ptr<KxKernelObjectDataDescr> descr(newBoxDescriptor(aType));
+    if (!kernelData->registerObjectType(this, aType) || !kernelData->registerDataDescriptor(descr.get(), aType))
         return;
-    descr.take();
+    descr.release();
     // Connected by signature, as the plug-in's manipulators do.
     connect(kernelNotifier, SIGNAL(signalObjectCreated(const int, const int, const KxKernelObjectData*)), this,
             SLOT(slotObjectCreatedInKernel(const int, const int, const KxKernelObjectData*)));

@@ -37,7 +37,7 @@ private slots:
         const KxKernelObjectData::State before = stored ? storedBox()->getState() : KxKernelObjectData::State();
         QSignalSpy index(&f.stack, &QUndoStack::indexChanged);
         const bool expected = checkId >= 0;
-        QCOMPARE(param.type() == QVariant::String ? f.manip->setGsObjectParamValue(box, param.toString(), value)
+        QCOMPARE(param.userType() == QMetaType::QString ? f.manip->setGsObjectParamValue(box, param.toString(), value)
                                                   : f.manip->setGsObjectParamValue(box, param.toUInt(), value),
                  expected);
         QCOMPARE(index.count(), expected ? 1 : 0);

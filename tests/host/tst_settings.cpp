@@ -1,4 +1,5 @@
 #include "KxAppSettings.h"
+#include "OvQtCompat.h"
 
 #include <QColor>
 #include <QFile>
@@ -56,7 +57,7 @@ private slots:
         S::setFileName(dir.filePath(QStringLiteral("elsewhere.ini")));
         S::setFileName(path);
         QVariant read = S::value("Key");
-        QVERIFY(read.convert(value.userType()));
+        QVERIFY(OvQtCompat::convert(read, value.userType()));
         QCOMPARE(read, value);
         S::remove("Key");
         QCOMPARE(S::value("Key", 3).toInt(), 3);

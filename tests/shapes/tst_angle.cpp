@@ -132,6 +132,13 @@ private slots:
         QTest::newRow("parallel: no vertex, nodes kept")
             << Final{{{50, 100}, {150, 100}, {50, 200}, {150, 200}}, true, {50, 100},
                      {{0, 0}, {100, 0}, {0, 100}, {100, 100}}, 0.0, {0, 0}};
+        // Arms pointing apart measure what the store gives them, though no arc is drawn.
+        QTest::newRow("parallel, pointing apart: 180")
+            << Final{{{150, 100}, {50, 100}, {50, 200}, {150, 200}}, true, {150, 100},
+                     {{0, 0}, {-100, 0}, {-100, 100}, {0, 100}}, 180.0, {0, 0}};
+        QTest::newRow("parallel, same way, outer: 360")
+            << Final{{{50, 100}, {150, 100}, {50, 200}, {150, 200}}, false, {50, 100},
+                     {{0, 0}, {100, 0}, {0, 100}, {100, 100}}, 360.0, {0, 0}};
     }
 
     void finalShape()
@@ -148,7 +155,8 @@ private slots:
             QVERIFY2(near(angle->nodes.at(i), final.nodes.at(i)), qPrintable(text(angle->nodes.at(i))));
         // Up to the single-precision atan2f the arc is built from.
         QVERIFY2(qAbs(angle->angleValue - final.angle) < 1e-4, qPrintable(QString::number(angle->angleValue)));
-        QCOMPARE(angle->arcPath.isEmpty(), final.angle == 0.0);
+        const bool noVertex = QByteArray(QTest::currentDataTag()).startsWith("parallel");
+        QCOMPARE(angle->arcPath.isEmpty(), noVertex || final.angle == 0.0);
         QVERIFY2(near(angle->getLabelAnchor(), final.anchor), qPrintable(text(angle->getLabelAnchor())));
         QCOMPARE(angle->getTrashPos(), angle->nodes.at(0) + angle->trashOffset);
     }
