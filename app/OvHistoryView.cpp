@@ -55,7 +55,7 @@ public:
     }
 
     QPointer<QUndoStack> stack;
-    QString emptyLabel = QUndoStack::tr("<empty>");
+    QString emptyLabel = tr("<empty>");
     int shownCommands = 0;
     // The stack's index when the rows were last followed.
     int lastIndex = 0;

@@ -422,6 +422,13 @@
     </message>
 </context>
 <context>
+    <name>OvHistoryView</name>
+    <message>
+        <source>&lt;empty&gt;</source>
+        <translation>&lt;leer&gt;</translation>
+    </message>
+</context>
+<context>
     <name>OvImageSequence</name>
     <message>
         <source>%1 has no page %2</source>
