@@ -3,6 +3,7 @@
 #include "KxGsEditor.h"
 
 #include <QGraphicsLineItem>
+#include <QGraphicsScene>
 #include <QGraphicsSceneHoverEvent>
 #include <QGraphicsSceneMouseEvent>
 #include <QKeyEvent>
@@ -59,7 +60,11 @@ void OvCalibrationLineManipulator::mousePressEvent(QGraphicsSceneMouseEvent* anE
         return;
     }
     start = anEvent->pos();
-    line = new QGraphicsLineItem(QLineF(start, start), editor);
+    // Scene coordinates are the editor's: a scene item of its own is drawn
+    // above the measurements, which are scene items too.
+    line = new QGraphicsLineItem(QLineF(start, start));
+    if (editor->scene())
+        editor->scene()->addItem(line);
     QPen pen(QColor(255, 200, 0), 0.0, Qt::DashLine);
     pen.setCosmetic(true);
     pen.setWidth(2);

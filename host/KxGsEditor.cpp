@@ -13,6 +13,8 @@
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsRectItem>
 #include <QGraphicsSceneWheelEvent>
+#include <QGraphicsView>
+#include <QSet>
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QPainter>
@@ -54,6 +56,13 @@ KxGsEditor::KxGsEditor(QGraphicsItem* aParent)
 
 KxGsEditor::~KxGsEditor()
 {
+    // The measurement items go with the editor, as its children would.
+    const std::map<quint64, KxGsObject*> owned = std::move(objectsByArrival);
+    objectsByArrival.clear();
+    arrivalOf.clear();
+    for (const auto& entry : owned)
+        delete entry.second;
+    delete band;
     if (theInstance == this)
         theInstance = nullptr;
     KxKernelData* kernel = KxKernelData::getInstance();
@@ -110,7 +119,7 @@ void KxGsEditor::setZoom(double aZoom)
     if (!(aZoom > 0.0) || !std::isfinite(aZoom))
         return;
     zoom = aZoom;
-    setScale(aZoom);
+    applyZoomToViews();
     view->setZoom(aZoom);
     const QList<KxGsObject*> objects = getAllChildGsObjects();
     for (KxGsObject* obj : objects)
@@ -121,6 +130,42 @@ void KxGsEditor::setZoom(double aZoom)
     if (KxLocalMagnifier* magnifier = KxGsManipulator::localMagnifier())
         magnifier->update();
     emit scaleChanged();
+}
+
+void KxGsEditor::applyZoomToViews()
+{
+    if (!scene())
+        return;
+    const QTransform transform = QTransform::fromScale(zoom, zoom);
+    for (QGraphicsView* each : scene()->views()) {
+        if (each->transform() != transform)
+            each->setTransform(transform);
+    }
+}
+
+QVariant KxGsEditor::itemChange(GraphicsItemChange aChange, const QVariant& aValue)
+{
+    if (aChange == ItemSceneHasChanged) {
+        // The items follow the editor into its scene, above the picture.
+        QGraphicsScene* now = scene();
+        for (const auto& entry : objectsByArrival) {
+            KxGsObject* obj = entry.second;
+            if (obj->scene() == now)
+                continue;
+            if (obj->scene())
+                obj->scene()->removeItem(obj);
+            if (now)
+                now->addItem(obj);
+        }
+        if (band && band->scene() != now) {
+            if (band->scene())
+                band->scene()->removeItem(band);
+            if (now)
+                now->addItem(band);
+        }
+        applyZoomToViews();
+    }
+    return QGraphicsObject::itemChange(aChange, aValue);
 }
 
 double KxGsEditor::getZoom() const
@@ -290,7 +335,7 @@ int KxGsEditor::hitTolerance() const
 bool KxGsEditor::toggleOffUnderMouse(QGraphicsSceneMouseEvent* anEvent)
 {
     const int tolerance = hitTolerance();
-    for (KxGsObject* candidate : pressCandidates()) {
+    for (KxGsObject* candidate : pressCandidates(anEvent->scenePos())) {
         int part = 0;
         if (candidate->hidden
             || !candidate->isPointOnObject(candidate->mapFromScene(anEvent->scenePos()), part, tolerance))
@@ -312,7 +357,10 @@ void KxGsEditor::startBand(QGraphicsSceneMouseEvent* anEvent)
 {
     bandStart = anEvent->pos();
     bandAdds = anEvent->modifiers() & Qt::ControlModifier;
-    band = new QGraphicsRectItem(QRectF(bandStart, QSizeF(0.0, 0.0)), this);
+    // A scene item of its own like the measurements, to be drawn above them.
+    band = new QGraphicsRectItem(QRectF(bandStart, QSizeF(0.0, 0.0)));
+    if (scene())
+        scene()->addItem(band);
     QPen pen(QColor(0, 177, 253), 1.0, Qt::DashLine);
     pen.setCosmetic(true);
     band->setPen(pen);
@@ -370,23 +418,77 @@ KxGsManipulator* KxGsEditor::getOverrideManipulator() const
 QList<KxGsObject*> KxGsEditor::getAllChildGsObjects() const
 {
     QList<KxGsObject*> result;
-    for (QGraphicsItem* child : childItems()) {
-        KxGsObject* obj = qobject_cast<KxGsObject*>(child->toGraphicsObject());
-        if (obj && !obj->isDiscarded())
-            result.append(obj);
+    result.reserve(int(objectsByArrival.size()));
+    for (const auto& entry : objectsByArrival) {
+        if (!entry.second->isDiscarded())
+            result.append(entry.second);
     }
     return result;
 }
 
 bool KxGsEditor::isGsObjectFound(const KxGsObject* anObj) const
 {
-    if (!anObj)
-        return false;
-    for (KxGsObject* obj : getAllChildGsObjects()) {
-        if (obj == anObj)
-            return true;
+    return anObj && arrivalOf.contains(anObj) && !anObj->isDiscarded();
+}
+
+void KxGsEditor::adoptGsObject(KxGsObject* anObj)
+{
+    if (!anObj || arrivalOf.contains(anObj))
+        return;
+    const quint64 arrival = nextArrival++;
+    arrivalOf.insert(anObj, arrival);
+    objectsByArrival.emplace(arrival, anObj);
+    if (scene() && anObj->scene() != scene())
+        scene()->addItem(anObj);
+}
+
+void KxGsEditor::releaseGsObject(KxGsObject* anObj)
+{
+    const auto it = arrivalOf.find(anObj);
+    if (it == arrivalOf.end())
+        return;
+    objectsByArrival.erase(it.value());
+    arrivalOf.erase(it);
+}
+
+QList<KxGsObject*> KxGsEditor::objectsNear(const QPointF& aPoint, double aMargin) const
+{
+    QList<KxGsObject*> found;
+    if (scene()) {
+        const QRectF area(aPoint - QPointF(aMargin, aMargin), QSizeF(2 * aMargin, 2 * aMargin));
+        QSet<const KxGsObject*> seen;
+        for (QGraphicsItem* item : scene()->items(area, Qt::IntersectsItemBoundingRect, Qt::AscendingOrder)) {
+            // A label, button or handle stands for the measurement it belongs to.
+            for (QGraphicsItem* up = item; up; up = up->parentItem()) {
+                auto* obj = qobject_cast<KxGsObject*>(up->toGraphicsObject());
+                if (obj && arrivalOf.contains(obj)) {
+                    if (!seen.contains(obj)) {
+                        seen.insert(obj);
+                        found.append(obj);
+                    }
+                    break;
+                }
+            }
+        }
+    } else {
+        found = getAllChildGsObjects();
     }
-    return false;
+    QList<KxGsObject*> result;
+    for (KxGsObject* obj : qAsConst(found)) {
+        KxGsManipulator* manipulator = obj->getManipulator();
+        if (!obj->isDiscarded() && obj->isVisible() && manipulator && manipulator->getObjectIdx(obj) >= 0)
+            result.append(obj);
+    }
+    // From the top down: the higher stacking value first, then the later item.
+    std::sort(result.begin(), result.end(), [this](const KxGsObject* a, const KxGsObject* b) {
+        if (a->zValue() != b->zValue())
+            return a->zValue() > b->zValue();
+        return arrivalOf.value(a) > arrivalOf.value(b);
+    });
+    // The current object first: its handles are drawn on top of everything.
+    if (currentObject && result.removeOne(currentObject.data()))
+        result.prepend(currentObject.data());
+    return result;
 }
 
 KxGsObject* KxGsEditor::getMouseGrabberObject() const
@@ -416,22 +518,11 @@ void KxGsEditor::deleteSelected()
         stack->endMacro();
 }
 
-QList<KxGsObject*> KxGsEditor::pressCandidates() const
+QList<KxGsObject*> KxGsEditor::pressCandidates(const QPointF& aPoint) const
 {
-    QList<KxGsObject*> children = getAllChildGsObjects();
-    std::reverse(children.begin(), children.end());
-    std::stable_sort(children.begin(), children.end(),
-                     [](const KxGsObject* a, const KxGsObject* b) { return a->zValue() > b->zValue(); });
-    // The current object first: its handles are drawn on top of everything.
-    if (currentObject && children.removeOne(currentObject.data()))
-        children.prepend(currentObject.data());
-    QList<KxGsObject*> result;
-    for (KxGsObject* obj : children) {
-        KxGsManipulator* manipulator = obj->getManipulator();
-        if (obj->isVisible() && manipulator && manipulator->getObjectIdx(obj) >= 0)
-            result.append(obj);
-    }
-    return result;
+    // Only items whose area comes within the hit tolerance can take a press:
+    // the scene's index finds them without asking every stored item.
+    return objectsNear(aPoint, hitTolerance());
 }
 
 QMouseEvent KxGsEditor::makeMouseEvent(QEvent::Type aType, const KxGsObject* anObj,
@@ -447,7 +538,7 @@ QMouseEvent KxGsEditor::makeMouseEvent(QEvent::Type aType, const KxGsObject* anO
 
 bool KxGsEditor::pressItem(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick)
 {
-    for (KxGsObject* candidate : pressCandidates()) {
+    for (KxGsObject* candidate : pressCandidates(anEvent->scenePos())) {
         // With a drawing tool chosen, the inside of a closed outline is free
         // picture: a nucleus can be measured inside its cell.
         if (overrideManipulator
@@ -467,7 +558,7 @@ bool KxGsEditor::pressItem(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick)
         pressButton = anEvent->button();
         // The press may have removed the item (its trash button): then the
         // rest of the gesture goes nowhere.
-        if (obj && !obj->isDiscarded() && obj->parentItem() == this) {
+        if (obj && !obj->isDiscarded() && isGsObjectFound(obj.data())) {
             grabbedObject = obj;
             grabbedStartPos = obj->pos();
             setCurrentObject(obj.data(), anEvent->modifiers() & Qt::ControlModifier);

@@ -7,7 +7,10 @@
 #include <QImage>
 #include <QList>
 #include <QPointF>
+#include <QHash>
 #include <QPointer>
+
+#include <map>
 
 class KxGsManipulator;
 class KxGsObject;
@@ -15,11 +18,17 @@ class KxView;
 class QGraphicsRectItem;
 class QMouseEvent;
 
-// The graphics editor: the item that shows the picture and is the parent of
-// every measurement item. Items take no scene events of their own; this item
+// The graphics editor: the item that shows the picture and owns every
+// measurement item. Items take no scene events of their own; this item
 // receives every mouse, hover, key and wheel event of the picture and routes
 // it either to a stored measurement item under the mouse (which then keeps the
 // mouse until release) or to the override manipulator.
+//
+// Scene coordinates are picture pixels: the editor stays unscaled at the
+// origin and the zoom is the transform of the scene's views. Measurement
+// items are top-level scene items the editor keeps in a list of its own, not
+// its children: the scene's index then finds the few under the mouse or in an
+// exposed area, where children would all be walked on every lookup and paint.
 class KX_HOST_EXPORT KxGsEditor : public QGraphicsObject
 {
     Q_OBJECT
@@ -44,9 +53,9 @@ public:
     QRectF boundingRect() const override;
     void paint(QPainter* aPainter, const QStyleOptionGraphicsItem* anOption, QWidget* aWidget) override;
 
-    // Scales this item, lets every measurement item adjust its zoom-constant
-    // sizes, stores the zoom in the kernel's current view and emits
-    // scaleChanged(). Non-positive or non-finite values are ignored.
+    // Scales the scene's views, lets every measurement item adjust its
+    // zoom-constant sizes, stores the zoom in the kernel's current view and
+    // emits scaleChanged(). Non-positive or non-finite values are ignored.
     void setZoom(double aZoom);
     double getZoom() const;
     // The kernel view this editor keeps current (origin and zoom).
@@ -93,9 +102,20 @@ public:
     void restoreOverrideManipulator();
     KxGsManipulator* getOverrideManipulator() const;
 
-    // Child measurement items in child order, without items being deleted.
+    // The editor's measurement items in the order they came, without items
+    // being deleted.
     QList<KxGsObject*> getAllChildGsObjects() const;
     bool isGsObjectFound(const KxGsObject* anObj) const;
+    // Takes anObj among the editor's items and into its scene; an item that
+    // is already one of them is left alone. releaseGsObject() lets it go
+    // again (an item being discarded or destroyed). Both cost the same
+    // however many items there are.
+    void adoptGsObject(KxGsObject* anObj);
+    void releaseGsObject(KxGsObject* anObj);
+    // The stored, visible items whose area (label and buttons included) comes
+    // within aMargin of aPoint, the order presses are offered in: the
+    // current object first, then from the top of the stacking order down.
+    QList<KxGsObject*> objectsNear(const QPointF& aPoint, double aMargin) const;
     // The item that currently holds the mouse (between an accepted press and
     // its release), null otherwise.
     KxGsObject* getMouseGrabberObject() const;
@@ -126,6 +146,7 @@ protected:
     void dragMoveEvent(QGraphicsSceneDragDropEvent* anEvent) override;
     void dragLeaveEvent(QGraphicsSceneDragDropEvent* anEvent) override;
     void dropEvent(QGraphicsSceneDragDropEvent* anEvent) override;
+    QVariant itemChange(GraphicsItemChange aChange, const QVariant& aValue) override;
 
 private:
     // Skips an item whose enclosed area (not its line) is under the mouse
@@ -140,7 +161,8 @@ private:
     void startGesture(QGraphicsSceneMouseEvent* anEvent, bool aDoubleClick);
     bool isOverrideDrawing() const;
     QMouseEvent makeMouseEvent(QEvent::Type aType, const KxGsObject* anObj, QGraphicsSceneMouseEvent* anEvent) const;
-    QList<KxGsObject*> pressCandidates() const;
+    QList<KxGsObject*> pressCandidates(const QPointF& aPoint) const;
+    void applyZoomToViews();
     void writeBackMove(KxGsObject* anObj);
     // Ctrl+press on a selected item: takes it out of the selection. True when
     // the press was used so.
@@ -165,5 +187,9 @@ private:
     QGraphicsRectItem* band = nullptr;
     QPointF bandStart;
     bool bandAdds = false;
+    // The measurement items by arrival, and each one's place in that order.
+    std::map<quint64, KxGsObject*> objectsByArrival;
+    QHash<const KxGsObject*, quint64> arrivalOf;
+    quint64 nextArrival = 0;
     static KxGsEditor* theInstance;
 };

@@ -11,12 +11,24 @@
 
 bool KxGsObject::theScaleAdjustAllowed = true;
 
+namespace {
+
+KxGsEditor* editorOf(QGraphicsItem* anItem)
+{
+    return anItem ? qobject_cast<KxGsEditor*>(anItem->toGraphicsObject()) : nullptr;
+}
+
+} // namespace
+
 KxGsObject::KxGsObject(KxGsManipulator* aManipulator, QGraphicsItem* aParent)
-    : QGraphicsObject(aParent)
+    : QGraphicsObject(editorOf(aParent) ? nullptr : aParent)
     , currentPen(QColor(0, 177, 253), 1)
     , normalPen(QColor(0, 177, 253), 1)
     , gsManipulator(aManipulator)
+    , ownerEditor(editorOf(aParent))
 {
+    if (ownerEditor)
+        ownerEditor->adoptGsObject(this);
     // The editor underneath routes every event; the item must not eat them.
     setAcceptedMouseButtons(Qt::NoButton);
     setAcceptHoverEvents(false);
@@ -26,8 +38,17 @@ KxGsObject::KxGsObject(KxGsManipulator* aManipulator, QGraphicsItem* aParent)
 
 KxGsObject::~KxGsObject()
 {
+    if (ownerEditor) {
+        ownerEditor->forgetObject(this);
+        ownerEditor->releaseGsObject(this);
+    }
     if (KxGsEditor* editor = KxGsEditor::existingInstance())
         editor->forgetObject(this);
+}
+
+KxGsEditor* KxGsObject::getEditor() const
+{
+    return ownerEditor.data();
 }
 
 void KxGsObject::adjustScale(double)
@@ -284,6 +305,11 @@ void KxGsObject::discard()
     discarded = true;
     if (KxGsEditor* editor = KxGsEditor::existingInstance())
         editor->forgetObject(this);
+    if (ownerEditor) {
+        ownerEditor->forgetObject(this);
+        ownerEditor->releaseGsObject(this);
+        ownerEditor = nullptr;
+    }
     hide();
     setParentItem(nullptr);
     if (scene())

@@ -5,8 +5,10 @@
 #include <QColor>
 #include <QGraphicsObject>
 #include <QPen>
+#include <QPointer>
 #include <QString>
 
+class KxGsEditor;
 class KxGsManipulator;
 class QHoverEvent;
 class QMouseEvent;
@@ -24,6 +26,9 @@ public:
     // Hit tolerance in screen pixels; shapes divide it by the zoom.
     static const int kDefaultSelSize = 8;
 
+    // An editor as aParent makes the item one of the editor's measurement
+    // items (a scene item of its own, not the editor's child); any other
+    // parent is an ordinary graphics parent.
     explicit KxGsObject(KxGsManipulator* aManipulator, QGraphicsItem* aParent = nullptr);
     ~KxGsObject() override;
 
@@ -59,6 +64,9 @@ public:
     virtual void setCurrent(bool aCurrent);
 
     KxGsManipulator* getManipulator() const;
+    // The editor the item belongs to; null when it was made without one or
+    // has been discarded.
+    KxGsEditor* getEditor() const;
 
     void setColor(const QColor& aColor);
     QColor getColor() const;
@@ -112,6 +120,7 @@ signals:
 
 private:
     KxGsManipulator* gsManipulator;
+    QPointer<KxGsEditor> ownerEditor;
     QString name;
     QString displayValue;
     QString displayedValueName;

@@ -54,7 +54,7 @@ QPointF nearestPointOnRect(const QRectF& aRect, const QPointF& aPoint)
                    std::clamp(aPoint.y(), aRect.top(), aRect.bottom()));
 }
 
-void paintTree(QPainter* aPainter, QGraphicsItem* anItem, double anUnitsPerPixel)
+void paintTree(QPainter* aPainter, QGraphicsItem* anItem)
 {
     QStyleOptionGraphicsItem option;
     option.rect = anItem->boundingRect().toRect();
@@ -66,9 +66,8 @@ void paintTree(QPainter* aPainter, QGraphicsItem* anItem, double anUnitsPerPixel
         aPainter->save();
         aPainter->translate(child->pos());
         aPainter->setTransform(child->transform(), true);
-        if (child->flags() & QGraphicsItem::ItemIgnoresTransformations)
-            aPainter->scale(anUnitsPerPixel, anUnitsPerPixel);
-        paintTree(aPainter, child, 1.0);
+        aPainter->scale(child->scale(), child->scale());
+        paintTree(aPainter, child);
         aPainter->restore();
     }
 }
@@ -95,7 +94,6 @@ OvGsObject::OvGsObject(KxGsManipulator* aManipulator, QGraphicsItem* aParent, co
     leaderLine->hide();
 
     labelItem = new QGraphicsRectItem(this);
-    labelItem->setFlag(QGraphicsItem::ItemIgnoresTransformations);
     labelItem->setAcceptedMouseButtons(Qt::NoButton);
     labelItem->setPen(Qt::NoPen);
     labelItem->setBrush(QColor(20, 20, 20, 175));
@@ -106,7 +104,6 @@ OvGsObject::OvGsObject(KxGsManipulator* aManipulator, QGraphicsItem* aParent, co
     labelText->setPos(kLabelPadding, kLabelPadding);
 
     trashButton = new QGraphicsPixmapItem(resourcePixmap(QStringLiteral("trash.png")), this);
-    trashButton->setFlag(QGraphicsItem::ItemIgnoresTransformations);
     trashButton->setAcceptedMouseButtons(Qt::NoButton);
     trashButton->setZValue(3.0);
     trashButton->hide();
@@ -114,13 +111,13 @@ OvGsObject::OvGsObject(KxGsManipulator* aManipulator, QGraphicsItem* aParent, co
     activeOffPixmap = resourcePixmap(QStringLiteral("active-off.png"));
     activeOnPixmap = resourcePixmap(QStringLiteral("active-on.png"));
     activeButton = new QGraphicsPixmapItem(activeOffPixmap, this);
-    activeButton->setFlag(QGraphicsItem::ItemIgnoresTransformations);
     activeButton->setAcceptedMouseButtons(Qt::NoButton);
     activeButton->setZValue(3.0);
     activeButton->hide();
 
     connect(this, &KxGsObject::signalColorChanged, this, [this]() { updateLabel(); });
     setName(aName);
+    applyScreenUnits();
 }
 
 OvGsObject::~OvGsObject()
@@ -214,8 +211,26 @@ void OvGsObject::updateLabel()
 QRectF OvGsObject::childRect(const QGraphicsItem* aChild) const
 {
     const QRectF local = aChild->boundingRect();
-    const double units = (aChild->flags() & QGraphicsItem::ItemIgnoresTransformations) ? unitsPerPixel() : 1.0;
+    const double units = isScreenSized(aChild) ? unitsPerPixel() : 1.0;
     return QRectF(aChild->pos() + local.topLeft() * units, local.size() * units);
+}
+
+bool OvGsObject::isScreenSized(const QGraphicsItem* aChild) const
+{
+    return aChild == labelItem || aChild == trashButton || aChild == activeButton;
+}
+
+void OvGsObject::applyScreenUnits()
+{
+    // Scaled against the zoom rather than ignoring transformations: the
+    // scene's index keeps every item that ignores them on a list it walks on
+    // each lookup and paint.
+    const double units = unitsPerPixel();
+    for (QGraphicsItem* child : { static_cast<QGraphicsItem*>(labelItem), static_cast<QGraphicsItem*>(trashButton),
+                                  static_cast<QGraphicsItem*>(activeButton) }) {
+        if (child->scale() != units)
+            child->setScale(units);
+    }
 }
 
 QRectF OvGsObject::getLabelRect() const
@@ -229,7 +244,7 @@ QRectF OvGsObject::getLabelRect() const
 
 void OvGsObject::ensureLabelVisible()
 {
-    const KxGsEditor* editor = qobject_cast<const KxGsEditor*>(parentObject());
+    const KxGsEditor* editor = getEditor();
     if (!editor)
         return;
     const QRectF area = editor->getEditorArea();
@@ -275,7 +290,7 @@ bool OvGsObject::isLabelPlacedByHost() const
     const KxGsManipulator* manipulator = getManipulator();
     if (!manipulator || manipulator->getObjectIdx(this) >= 0)
         return false;
-    const KxGsEditor* editor = qobject_cast<const KxGsEditor*>(parentObject());
+    const KxGsEditor* editor = getEditor();
     return isCurrent() || (editor && editor->getOverrideManipulator() == manipulator);
 }
 
@@ -310,16 +325,13 @@ QVector<QRectF> OvGsObject::neighbourRects(const QRectF& aRegion) const
     QGraphicsScene* itemScene = scene();
     if (!itemScene)
         return rects;
-    // Labels and buttons ignore the zoom: the index finds them only with the
-    // view's transform.
-    const QList<QGraphicsView*> views = itemScene->views();
-    const QTransform device = views.isEmpty() ? QTransform() : views.first()->viewportTransform();
     QSet<const OvGsObject*> seen;
     const QList<QGraphicsItem*> found
-        = itemScene->items(mapRectToScene(aRegion), Qt::IntersectsItemBoundingRect, Qt::AscendingOrder, device);
+        = itemScene->items(mapRectToScene(aRegion), Qt::IntersectsItemBoundingRect, Qt::AscendingOrder);
     for (QGraphicsItem* item : found) {
-        QGraphicsItem* ownerItem = qobject_cast<OvGsObject*>(item->toGraphicsObject()) ? item : item->parentItem();
-        const OvGsObject* owner = ownerItem ? qobject_cast<OvGsObject*>(ownerItem->toGraphicsObject()) : nullptr;
+        const OvGsObject* owner = nullptr;
+        for (QGraphicsItem* up = item; up && !owner; up = up->parentItem())
+            owner = qobject_cast<OvGsObject*>(up->toGraphicsObject());
         if (!owner || owner == this || owner->hidden || owner->isDiscarded() || seen.contains(owner))
             continue;
         seen.insert(owner);
@@ -550,6 +562,7 @@ void OvGsObject::setAlwaysHidden(bool aHidden)
 
 void OvGsObject::adjustScale(double)
 {
+    applyScreenUnits();
     updateLeader();
 }
 
@@ -657,12 +670,14 @@ void OvGsObject::paintWithChildren(QPainter* aPainter)
     if (!aPainter)
         return;
     aPainter->save();
-    paintTree(aPainter, this, unitsPerPixel());
+    paintTree(aPainter, this);
     aPainter->restore();
 }
 
 double OvGsObject::unitsPerPixel() const
 {
+    if (const KxGsEditor* editor = getEditor())
+        return 1.0 / editor->getZoom();
     QTransform transform = sceneTransform();
     if (scene() && !scene()->views().isEmpty())
         transform *= scene()->views().first()->viewportTransform();
@@ -674,7 +689,9 @@ double OvGsObject::unitsPerPixel() const
 
 QVariant OvGsObject::itemChange(GraphicsItemChange aChange, const QVariant& aValue)
 {
-    if (aChange == ItemSceneHasChanged || aChange == ItemParentHasChanged)
+    if (aChange == ItemSceneHasChanged || aChange == ItemParentHasChanged) {
+        applyScreenUnits();
         updateLeader();
+    }
     return KxGsObject::itemChange(aChange, aValue);
 }

@@ -148,6 +148,9 @@ private:
     // left or down first, then diagonally; unchanged when none.
     void placeLabelBeside(const QRectF& anArea);
     QRectF childRect(const QGraphicsItem* aChild) const;
+    // The label and the buttons keep their size on the screen.
+    bool isScreenSized(const QGraphicsItem* aChild) const;
+    void applyScreenUnits();
     // The labels and buttons of the other measurements whose items meet
     // aRegion (item coordinates), found through the scene's index; in item
     // coordinates.

@@ -234,7 +234,7 @@ void OvGuiMainWindowBase::zoomAt(double aFactor, const QPoint& aViewportPos)
     // happen first, and correct again after the correction's own changes.
     hasWantedOrigin = true;
     for (int pass = 0; pass < 2; ++pass) {
-        wantedOrigin = editor->mapToScene(picturePoint) - QPointF(aViewportPos);
+        wantedOrigin = editor->mapToScene(picturePoint) - QPointF(aViewportPos) / editor->getZoom();
         updateSceneRect();
         QCoreApplication::sendPostedEvents(view, QEvent::MetaCall);
         const QPoint moved = view->mapFromScene(editor->mapToScene(picturePoint));
@@ -297,7 +297,7 @@ void OvGuiMainWindowBase::updateSceneRect()
     // cursor, which may reach beyond the picture's edges.
     QRectF rect = editor->sceneBoundingRect();
     if (hasWantedOrigin)
-        rect |= QRectF(wantedOrigin, QSizeF(view->viewport()->size()));
+        rect |= QRectF(wantedOrigin, QSizeF(view->viewport()->size()) / editor->getZoom());
     scene->setSceneRect(rect);
 }
 

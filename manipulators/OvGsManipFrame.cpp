@@ -963,7 +963,7 @@ void OvGsManipFrame::dressStoredItem(OvGsObject* anItem, int anIdx, const KxPara
     anItem->setPenStyle(Qt::SolidLine, descr->getValue(aKeyframes, QStringLiteral("w")).toInt());
     anItem->setStep(step, stepText);
     anItem->setLabelFontPixSize(descr->getValue(aKeyframes, QStringLiteral("fs")).toInt());
-    anItem->adjustScale(editor->scale());
+    anItem->adjustScale(editor->getZoom());
 }
 
 void OvGsManipFrame::dressNewItem(OvGsObject* anItem, Qt::PenStyle aStyle)
@@ -976,7 +976,7 @@ void OvGsManipFrame::dressNewItem(OvGsObject* anItem, Qt::PenStyle aStyle)
     anItem->setPenStyle(aStyle, panel->getLineWidth());
     anItem->setLabelFontPixSize(panel->getFontSize());
     anItem->setStep(step, stepText);
-    anItem->adjustScale(editor->scale());
+    anItem->adjustScale(editor->getZoom());
 }
 
 void OvGsManipFrame::showStoredState(OvGsObject* anItem, const KxParamKeyframeVector& aKeyframes)

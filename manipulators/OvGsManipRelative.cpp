@@ -226,7 +226,7 @@ KxGsObject* OvGsManipRelative::findBase(const QString& aName) const
     // Bases of this kind seen before answer at once while they still are what
     // they were; anything else costs one scan, which remembers every base.
     const QPointer<OvGsRelativeDistance> known = knownBases.value(aName);
-    if (known && known->isBase && known->lineName == aName && known->parentItem() == editor.data()
+    if (known && known->isBase && known->lineName == aName && known->getEditor() == editor.data()
         && !known->isDiscarded())
         return known.data();
     const int connected = getConnectedObjectType();
@@ -282,7 +282,7 @@ bool OvGsManipRelative::onActiveButton(const QPointF& aPoint, bool aPress)
     // first in the editor's order of items wins.
     QList<KxGsObject*> hits;
     for (OvGsObject* obj : OvGsObject::objectsShowingActiveButton()) {
-        if (obj->parentItem() != editor || obj->isDiscarded() || !isOwnLine(obj))
+        if (obj->getEditor() != editor || obj->isDiscarded() || !isOwnLine(obj))
             continue;
         auto* line = static_cast<OvGsRelativeDistance*>(obj);
         if (line->isPointOnActiveButton(line->mapFromParent(aPoint)))

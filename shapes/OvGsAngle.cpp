@@ -1,5 +1,6 @@
 #include "OvGsAngle.h"
 
+#include "KxGsEditor.h"
 #include "KxGsManipulator.h"
 
 #include <QPainter>
@@ -133,8 +134,8 @@ void OvGsAngle::adjustScale(double aZoom)
 
 QRectF OvGsAngle::parentRect() const
 {
-    const QGraphicsItem* parent = parentItem();
-    return parent ? parent->boundingRect() : QRectF();
+    const KxGsEditor* editor = getEditor();
+    return editor ? editor->boundingRect() : QRectF();
 }
 
 QPointF OvGsAngle::outerNode(int aFirst) const

@@ -112,7 +112,7 @@ QPointF OvGsDistance::placeButton(const QGraphicsItem* aButton, const QPointF& a
         place.setY(y);
     }
 
-    const KxGsEditor* editor = qobject_cast<const KxGsEditor*>(parentObject());
+    const KxGsEditor* editor = getEditor();
     if (!editor)
         return place;
     const QRectF button(pos() + place, QSizeF(w, h));

@@ -121,9 +121,11 @@ private slots:
         window->zoomAt(0.0, QPoint());
         window->zoomAt(std::nan(""), QPoint());
         QCOMPARE(editor->getZoom(), OvGuiMainWindowBase::kMinZoom);
-        // The scroll area follows the picture.
+        // The scroll area follows the picture (scene units are picture pixels,
+        // the zoom is the view's).
         editor->setZoom(2.0);
-        QCOMPARE(window->getScene()->sceneRect(), QRectF(0, 0, 480, 360));
+        QCOMPARE(window->getScene()->sceneRect(), QRectF(0, 0, 240, 180));
+        QCOMPARE(window->getView()->transform().mapRect(window->getScene()->sceneRect()), QRectF(0, 0, 480, 360));
     }
 
     void panWithoutReachingTheEditor_data()

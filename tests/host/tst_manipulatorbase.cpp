@@ -143,7 +143,7 @@ private slots:
         // The lens keeps its size on screen whatever the zoom (a frame added).
         f.editor->setZoom(3.0);
         KxGsManipulator::updateLocalMagnifier(pos, QPointF(5, 6), QSize(60, 60));
-        QVERIFY(qAbs(f.view->mapFromScene(lens->sceneBoundingRect()).boundingRect().width() - 64) <= 2);
+        QVERIFY(qAbs(lens->deviceTransform(f.view->viewportTransform()).mapRect(lens->boundingRect()).width() - 64) <= 2);
 
         KxGsManipulator::showLocalMagnifier(false);
         QVERIFY(!lens->isVisible());
