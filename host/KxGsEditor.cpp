@@ -36,6 +36,15 @@ void forwardIgnored(KxGsManipulator* aManipulator, Event* anEvent, void (KxGsMan
         (aManipulator->*aHandler)(anEvent);
 }
 
+// Holds consecutive measurement items; draws nothing itself.
+class ItemGroup : public QGraphicsItem
+{
+public:
+    ItemGroup() { setFlag(QGraphicsItem::ItemHasNoContents); }
+    QRectF boundingRect() const override { return QRectF(); }
+    void paint(QPainter*, const QStyleOptionGraphicsItem*, QWidget*) override {}
+};
+
 } // namespace
 
 KxGsEditor* KxGsEditor::theInstance = nullptr;
@@ -62,6 +71,8 @@ KxGsEditor::~KxGsEditor()
     arrivalOf.clear();
     for (const auto& entry : owned)
         delete entry.second;
+    for (const auto& entry : groups)
+        delete entry.second.item;
     delete band;
     if (theInstance == this)
         theInstance = nullptr;
@@ -148,20 +159,18 @@ QVariant KxGsEditor::itemChange(GraphicsItemChange aChange, const QVariant& aVal
     if (aChange == ItemSceneHasChanged) {
         // The items follow the editor into its scene, above the picture.
         QGraphicsScene* now = scene();
-        for (const auto& entry : objectsByArrival) {
-            KxGsObject* obj = entry.second;
-            if (obj->scene() == now)
+        QList<QGraphicsItem*> followers;
+        for (const auto& entry : groups)
+            followers.append(entry.second.item);
+        if (band)
+            followers.append(band);
+        for (QGraphicsItem* item : qAsConst(followers)) {
+            if (item->scene() == now)
                 continue;
-            if (obj->scene())
-                obj->scene()->removeItem(obj);
+            if (item->scene())
+                item->scene()->removeItem(item);
             if (now)
-                now->addItem(obj);
-        }
-        if (band && band->scene() != now) {
-            if (band->scene())
-                band->scene()->removeItem(band);
-            if (now)
-                now->addItem(band);
+                now->addItem(item);
         }
         applyZoomToViews();
     }
@@ -438,8 +447,14 @@ void KxGsEditor::adoptGsObject(KxGsObject* anObj)
     const quint64 arrival = nextArrival++;
     arrivalOf.insert(anObj, arrival);
     objectsByArrival.emplace(arrival, anObj);
-    if (scene() && anObj->scene() != scene())
-        scene()->addItem(anObj);
+    Group& group = groups[arrival / kGroupSize];
+    if (!group.item) {
+        group.item = new ItemGroup;
+        if (scene())
+            scene()->addItem(group.item);
+    }
+    ++group.count;
+    anObj->setParentItem(group.item);
 }
 
 void KxGsEditor::releaseGsObject(KxGsObject* anObj)
@@ -447,8 +462,17 @@ void KxGsEditor::releaseGsObject(KxGsObject* anObj)
     const auto it = arrivalOf.find(anObj);
     if (it == arrivalOf.end())
         return;
-    objectsByArrival.erase(it.value());
+    const quint64 arrival = it.value();
+    objectsByArrival.erase(arrival);
     arrivalOf.erase(it);
+    const auto group = groups.find(arrival / kGroupSize);
+    if (group == groups.end() || --group->second.count > 0 || arrival / kGroupSize == (nextArrival - 1) / kGroupSize)
+        return;
+    // The item leaves the group itself (discarded or destroyed) afterwards.
+    if (anObj->parentItem() == group->second.item)
+        anObj->setParentItem(nullptr);
+    delete group->second.item;
+    groups.erase(group);
 }
 
 QList<KxGsObject*> KxGsEditor::objectsNear(const QPointF& aPoint, double aMargin) const

@@ -26,9 +26,11 @@ class QMouseEvent;
 //
 // Scene coordinates are picture pixels: the editor stays unscaled at the
 // origin and the zoom is the transform of the scene's views. Measurement
-// items are top-level scene items the editor keeps in a list of its own, not
-// its children: the scene's index then finds the few under the mouse or in an
-// exposed area, where children would all be walked on every lookup and paint.
+// items are not the editor's children: the scene walks every child of an item
+// its index finds, on every lookup and paint. They sit in groups of at most
+// kGroupSize consecutive items (scene items without contents, stacked in the
+// order the items came), so that a lookup walks a few groups and the scene's
+// pass over changed items walks the groups rather than every item.
 class KX_HOST_EXPORT KxGsEditor : public QGraphicsObject
 {
     Q_OBJECT
@@ -187,6 +189,15 @@ private:
     QGraphicsRectItem* band = nullptr;
     QPointF bandStart;
     bool bandAdds = false;
+    static const int kGroupSize = 256;
+    struct Group
+    {
+        QGraphicsItem* item = nullptr;
+        int count = 0;
+    };
+    // By number (arrival / kGroupSize); a group that empties goes, unless
+    // it is the one still taking new items.
+    std::map<quint64, Group> groups;
     // The measurement items by arrival, and each one's place in that order.
     std::map<quint64, KxGsObject*> objectsByArrival;
     QHash<const KxGsObject*, quint64> arrivalOf;

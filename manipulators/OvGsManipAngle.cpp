@@ -202,7 +202,6 @@ void OvGsManipAngle::objectCreatedInKernel(int aType, int anIdx, const KxKernelO
     dressStoredItem(angle, anIdx, aData->getDefaultKeyframes());
     liftLabel(angle);
     gsObjectMap.insert(anIdx, angle);
-    editor->update();
 }
 
 OvGsManipFrame::Measure OvGsManipAngle::measureItem(const QString&, const KxGsObject* anItem) const

@@ -177,7 +177,6 @@ void OvGsManipCircle::objectCreatedInKernel(int aType, int anIdx, const KxKernel
     auto* circle = new OvGsCircle(this, editor, QString(), radiusMode);
     dressStoredItem(circle, anIdx, keyframes);
     gsObjectMap.insert(anIdx, circle);
-    editor->update();
 }
 
 OvGsManipFrame::Measure OvGsManipCircle::measureItem(const QString& aName, const KxGsObject* anItem) const

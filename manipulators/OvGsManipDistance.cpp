@@ -260,7 +260,6 @@ void OvGsManipDistance::objectCreatedInKernel(int aType, int anIdx, const KxKern
     item->manipulator = this;
     dressStoredItem(item, anIdx, aData->getDefaultKeyframes());
     gsObjectMap.insert(anIdx, item);
-    editor->update();
 }
 
 void OvGsManipDistance::describeExtraParams(KxKernelObjectDataDescr* aDescr) const

@@ -1008,7 +1008,6 @@ void OvGsManipFrame::showStoredStyle(int anIdx)
     applyStoredStyle(item, data->getKeyframesAt(kernelData->getCurrentFrame()));
     applyStoredLabel(item, data->getKeyframesAt(kernelData->getCurrentFrame()));
     item->ensureLabelVisible();
-    editor->update();
 }
 
 void OvGsManipFrame::applyStoredStyle(OvGsObject* anItem, const KxParamKeyframeVector& aKeyframes)
@@ -1032,7 +1031,6 @@ void OvGsManipFrame::objectChangedInKernel(int aType, int anIdx, const KxKernelO
     showStoredState(static_cast<OvGsObject*>(obj), aData->getKeyframesAt(kernelData->getCurrentFrame()));
     if (editor->getCurrentObject() == obj)
         updateGuiFromObjectData(aData);
-    editor->update();
 }
 
 void OvGsManipFrame::applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,

@@ -245,7 +245,6 @@ void OvGsManipFreeForm::objectCreatedInKernel(int aType, int anIdx, const KxKern
     dressStoredItem(item, anIdx, aData->getDefaultKeyframes());
     placeLabel(item);
     gsObjectMap.insert(anIdx, item);
-    editor->update();
 }
 
 void OvGsManipFreeForm::applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,

@@ -606,7 +606,6 @@ void OvGsManipRelative::objectCreatedInKernel(int aType, int anIdx, const KxKern
     }
     gsObjectMap.insert(anIdx, item);
     showLineValue(item, anIdx, valueNames.value(0));
-    editor->update();
 }
 
 void OvGsManipRelative::applyStoredGeometry(KxGsObject* anItem, const KxParamKeyframeVector& aKeyframes,
@@ -666,7 +665,6 @@ void OvGsManipRelative::objectChangedInKernel(int aType, int anIdx, const KxKern
         const BaseLookup lookup(this);
         writeLinesOf(static_cast<OvGsDistance*>(current)->lineName);
     }
-    editor->update();
 }
 
 void OvGsManipRelative::recreateGraphicsObjects(QPoint anOrigin, qint64 aFrame, bool aForce)
@@ -741,7 +739,6 @@ void OvGsManipRelative::slotObjectBeforeRemoveInKernel(int aType, int anIdx)
         if (gsObjectMap.contains(anIdx))
             dropGsObject(anIdx);
     }
-    editor->update();
 }
 
 OvGsManipFrame::Measure OvGsManipRelative::measureItem(const QString&, const KxGsObject* anItem) const
