@@ -2,13 +2,12 @@
 
 #include "KxGsEditor.h"
 #include "KxGsManipulator.h"
+#include "OvLabelItem.h"
 #include "OvQtCompat.h"
 
 #include <QGraphicsLineItem>
 #include <QGraphicsPixmapItem>
-#include <QGraphicsRectItem>
 #include <QGraphicsScene>
-#include <QGraphicsSimpleTextItem>
 #include <QGraphicsView>
 #include <QHash>
 #include <QMouseEvent>
@@ -88,32 +87,13 @@ QPixmap resourcePixmap(const QString& aName)
 OvGsObject::OvGsObject(KxGsManipulator* aManipulator, QGraphicsItem* aParent, const QString& aName)
     : KxGsObject(aManipulator, aParent)
 {
-    leaderLine = new QGraphicsLineItem(this);
-    leaderLine->setAcceptedMouseButtons(Qt::NoButton);
-    leaderLine->setZValue(1.0);
-    leaderLine->hide();
 
-    labelItem = new QGraphicsRectItem(this);
-    labelItem->setAcceptedMouseButtons(Qt::NoButton);
-    labelItem->setPen(Qt::NoPen);
-    labelItem->setBrush(QColor(20, 20, 20, 175));
+    labelItem = new OvLabelItem(this);
     labelItem->setZValue(2.0);
     labelItem->hide();
-    labelText = new QGraphicsSimpleTextItem(labelItem);
-    labelText->setAcceptedMouseButtons(Qt::NoButton);
-    labelText->setPos(kLabelPadding, kLabelPadding);
-
-    trashButton = new QGraphicsPixmapItem(resourcePixmap(QStringLiteral("trash.png")), this);
-    trashButton->setAcceptedMouseButtons(Qt::NoButton);
-    trashButton->setZValue(3.0);
-    trashButton->hide();
 
     activeOffPixmap = resourcePixmap(QStringLiteral("active-off.png"));
     activeOnPixmap = resourcePixmap(QStringLiteral("active-on.png"));
-    activeButton = new QGraphicsPixmapItem(activeOffPixmap, this);
-    activeButton->setAcceptedMouseButtons(Qt::NoButton);
-    activeButton->setZValue(3.0);
-    activeButton->hide();
 
     connect(this, &KxGsObject::signalColorChanged, this, [this]() { updateLabel(); });
     setName(aName);
@@ -192,19 +172,16 @@ QString OvGsObject::getLabelText() const
 
 void OvGsObject::updateLabel()
 {
-    QFont font = labelText->font();
-    font.setPixelSize(labelFontPixSize);
-    labelText->setFont(font);
-    labelText->setText(getLabelText());
     QColor color = getColor();
     if (!color.isValid())
         color = Qt::white;
     color.setAlpha(255);
-    labelText->setBrush(color);
-    labelItem->setPen(isSelected() ? QPen(color, 2.0) : QPen(Qt::NoPen));
-    const QRectF textRect = labelText->boundingRect();
-    labelItem->setRect(0.0, 0.0, textRect.width() + 2 * kLabelPadding, textRect.height() + 2 * kLabelPadding);
-    labelItem->setVisible(labelVisible && !hidden && !labelText->text().isEmpty());
+    const QString text = getLabelText();
+    labelItem->setLabel(text, labelFontPixSize, color);
+    labelItem->setFrame(isSelected() ? QPen(color, 2.0) : QPen(Qt::NoPen));
+    const bool visible = labelVisible && !hidden && !text.isEmpty();
+    if (labelItem->isVisibleTo(this) != visible)
+        labelItem->setVisible(visible);
     updateLeader();
 }
 
@@ -228,7 +205,7 @@ void OvGsObject::applyScreenUnits()
     const double units = unitsPerPixel();
     for (QGraphicsItem* child : { static_cast<QGraphicsItem*>(labelItem), static_cast<QGraphicsItem*>(trashButton),
                                   static_cast<QGraphicsItem*>(activeButton) }) {
-        if (child->scale() != units)
+        if (child && child->scale() != units)
             child->setScale(units);
     }
 }
@@ -299,11 +276,8 @@ bool OvGsObject::isRectOnShape(const QRectF& aRect) const
     const double units = unitsPerPixel();
     const QRectF rect = aRect.adjusted(-kShapeMargin * units, -kShapeMargin * units, kShapeMargin * units,
                                        kShapeMargin * units);
-    for (const QGraphicsItem* button : { static_cast<const QGraphicsItem*>(trashButton),
-                                         static_cast<const QGraphicsItem*>(activeButton) }) {
-        if (button->isVisibleTo(this) && childRect(button).intersects(rect))
-            return true;
-    }
+    if ((trashShown && trashRect().intersects(rect)) || (activeShown && activeRect().intersects(rect)))
+        return true;
     // Square probes of side `tolerance` laid edge to edge over the rectangle.
     const int tolerance = std::max(1, int(std::ceil(kProbePixels * units)));
     const double half = tolerance / 2.0;
@@ -339,9 +313,9 @@ QVector<QRectF> OvGsObject::neighbourRects(const QRectF& aRegion) const
             rects.append(mapRectFromItem(owner, owner->getLabelRect()));
         // Buttons show only while their item is current: keep clear of them anyway.
         if (owner->trashAllowed)
-            rects.append(mapRectFromItem(owner, owner->childRect(owner->trashButton)));
+            rects.append(mapRectFromItem(owner, owner->trashRect()));
         if (owner->activeAllowed)
-            rects.append(mapRectFromItem(owner, owner->childRect(owner->activeButton)));
+            rects.append(mapRectFromItem(owner, owner->activeRect()));
     }
     return rects;
 }
@@ -399,12 +373,14 @@ bool OvGsObject::isPointOnLabel(const QPointF& aPoint) const
 
 void OvGsObject::setTrashPos(const QPointF& aPos)
 {
-    trashButton->setPos(aPos);
+    trashPos = aPos;
+    if (trashButton)
+        trashButton->setPos(aPos);
 }
 
 QPointF OvGsObject::getTrashPos() const
 {
-    return trashButton->pos();
+    return trashPos;
 }
 
 void OvGsObject::allowTrashVisible(bool anAllow)
@@ -420,27 +396,55 @@ bool OvGsObject::isTrashAllowed() const
 
 QGraphicsPixmapItem* OvGsObject::getTrashButton() const
 {
-    return trashButton;
+    return buttonItem(trashButton, resourcePixmap(QStringLiteral("trash.png")), trashPos, trashShown);
+}
+
+QRectF OvGsObject::trashRect() const
+{
+    return QRectF(trashPos, QSizeF(resourcePixmap(QStringLiteral("trash.png")).size()) * unitsPerPixel());
+}
+
+QRectF OvGsObject::activeRect() const
+{
+    return QRectF(activePos, QSizeF((activePressed ? activeOnPixmap : activeOffPixmap).size()) * unitsPerPixel());
+}
+
+QGraphicsPixmapItem* OvGsObject::buttonItem(QGraphicsPixmapItem*& anItem, const QPixmap& aPixmap, const QPointF& aPos,
+                                            bool aShown) const
+{
+    // Made when first shown or asked for: most measurements never show them.
+    if (!anItem) {
+        auto* self = const_cast<OvGsObject*>(this);
+        anItem = new QGraphicsPixmapItem(aPixmap, self);
+        anItem->setAcceptedMouseButtons(Qt::NoButton);
+        anItem->setZValue(3.0);
+        anItem->setPos(aPos);
+        anItem->setScale(unitsPerPixel());
+        anItem->setVisible(aShown);
+    }
+    return anItem;
 }
 
 bool OvGsObject::isPointOnTrash(const QPointF& aPoint) const
 {
-    return trashButton->isVisibleTo(this) && childRect(trashButton).contains(aPoint);
+    return trashShown && trashRect().contains(aPoint);
 }
 
 void OvGsObject::setActivePos(const QPointF& aPos)
 {
-    activeButton->setPos(aPos);
+    activePos = aPos;
+    if (activeButton)
+        activeButton->setPos(aPos);
 }
 
 QPointF OvGsObject::getActivePos() const
 {
-    return activeButton->pos();
+    return activePos;
 }
 
 QGraphicsPixmapItem* OvGsObject::getActiveButton() const
 {
-    return activeButton;
+    return buttonItem(activeButton, activePressed ? activeOnPixmap : activeOffPixmap, activePos, activeShown);
 }
 
 void OvGsObject::allowActiveVisible(bool anAllow)
@@ -492,14 +496,19 @@ void OvGsObject::makeAllActiveGray()
 
 bool OvGsObject::isPointOnActiveButton(const QPointF& aPoint) const
 {
-    return activeButton->isVisibleTo(this) && childRect(activeButton).contains(aPoint);
+    return activeShown && activeRect().contains(aPoint);
 }
 
 void OvGsObject::updateButtons()
 {
-    trashButton->setVisible(trashAllowed && isCurrent() && !hidden);
-    activeButton->setPixmap(activePressed ? activeOnPixmap : activeOffPixmap);
-    activeButton->setVisible(activeAllowed && !hidden);
+    trashShown = trashAllowed && isCurrent() && !hidden;
+    if (trashShown || trashButton)
+        getTrashButton()->setVisible(trashShown);
+    activeShown = activeAllowed && !hidden;
+    if (activeShown || activeButton) {
+        getActiveButton()->setPixmap(activePressed ? activeOnPixmap : activeOffPixmap);
+        activeButton->setVisible(activeShown);
+    }
     if (activeAllowed && !hidden)
         activeShownObjects().insert(this);
     else
@@ -513,11 +522,24 @@ QList<OvGsObject*> OvGsObject::objectsShowingActiveButton()
 
 void OvGsObject::updateLeader()
 {
-    const QRectF label = getLabelRect();
-    const QPointF near = nearestPointOnRect(label, labelAnchor);
-    const double distance = QLineF(labelAnchor, near).length() / unitsPerPixel();
-    const bool show = labelItem->isVisibleTo(this) && distance > kLeaderDistance;
-    if (show) {
+    // A hidden label needs no size yet: its text is measured once shown.
+    bool show = false;
+    QPointF near;
+    if (labelItem->isVisibleTo(this)) {
+        near = nearestPointOnRect(getLabelRect(), labelAnchor);
+        show = QLineF(labelAnchor, near).length() / unitsPerPixel() > kLeaderDistance;
+    }
+    if (!show) {
+        if (leaderLine)
+            leaderLine->hide();
+        return;
+    }
+    if (!leaderLine) {
+        leaderLine = new QGraphicsLineItem(this);
+        leaderLine->setAcceptedMouseButtons(Qt::NoButton);
+        leaderLine->setZValue(1.0);
+    }
+    {
         QColor color = getColor().isValid() ? getColor() : QColor(Qt::white);
         color.setAlpha(170);
         QPen pen(color, 1.0, Qt::DotLine);
@@ -525,7 +547,7 @@ void OvGsObject::updateLeader()
         leaderLine->setPen(pen);
         leaderLine->setLine(QLineF(labelAnchor, near));
     }
-    leaderLine->setVisible(show);
+    leaderLine->show();
 }
 
 void OvGsObject::setCurrent(bool aCurrent)

@@ -9,8 +9,7 @@
 
 class QGraphicsLineItem;
 class QGraphicsPixmapItem;
-class QGraphicsRectItem;
-class QGraphicsSimpleTextItem;
+class OvLabelItem;
 class QPainter;
 
 // Measurement item with a value label, a trash button and an optional active
@@ -151,16 +150,24 @@ private:
     // The label and the buttons keep their size on the screen.
     bool isScreenSized(const QGraphicsItem* aChild) const;
     void applyScreenUnits();
+    QRectF trashRect() const;
+    QRectF activeRect() const;
+    QGraphicsPixmapItem* buttonItem(QGraphicsPixmapItem*& anItem, const QPixmap& aPixmap, const QPointF& aPos,
+                                    bool aShown) const;
     // The labels and buttons of the other measurements whose items meet
     // aRegion (item coordinates), found through the scene's index; in item
     // coordinates.
     QVector<QRectF> neighbourRects(const QRectF& aRegion) const;
 
-    QGraphicsRectItem* labelItem;
-    QGraphicsSimpleTextItem* labelText;
-    QGraphicsLineItem* leaderLine;
-    QGraphicsPixmapItem* trashButton;
-    QGraphicsPixmapItem* activeButton;
+    OvLabelItem* labelItem;
+    // Made when first needed.
+    QGraphicsLineItem* leaderLine = nullptr;
+    mutable QGraphicsPixmapItem* trashButton = nullptr;
+    mutable QGraphicsPixmapItem* activeButton = nullptr;
+    QPointF trashPos;
+    QPointF activePos;
+    bool trashShown = false;
+    bool activeShown = false;
     QPixmap activeOffPixmap;
     QPixmap activeOnPixmap;
     QPointF labelAnchor;

@@ -60,6 +60,10 @@ OvGuiMainWindowBase::OvGuiMainWindowBase(QWidget* aParent)
     view->setObjectName(QStringLiteral("editorView"));
     view->setMouseTracking(true);
     view->setTransformationAnchor(QGraphicsView::NoAnchor);
+    // Thousands of items appearing at once (a file opened) would each add a
+    // rectangle to the region to repaint; past a few the bounding rectangle
+    // is repainted instead.
+    view->setViewportUpdateMode(QGraphicsView::SmartViewportUpdate);
     view->setResizeAnchor(QGraphicsView::AnchorViewCenter);
     view->setAlignment(Qt::AlignCenter);
     view->viewport()->installEventFilter(this);
