@@ -568,12 +568,15 @@ QImage OvViewerMainWindow::renderPicture() const
     QGraphicsItem* band = editor->getSelectionBand();
     if (band)
         band->hide();
+    // Labels and buttons as large on the picture as they are on the screen.
+    editor->beginPictureRender();
     {
         QPainter painter(&picture);
         painter.setRenderHint(QPainter::Antialiasing, true);
         editor->scene()->render(&painter, QRectF(QPointF(0.0, 0.0), QSizeF(size)), editor->sceneBoundingRect(),
                                 Qt::IgnoreAspectRatio);
     }
+    editor->endPictureRender();
     if (band)
         band->show();
     if (lensShown)

@@ -14,6 +14,7 @@
 #include <QGraphicsRectItem>
 #include <QGraphicsSceneWheelEvent>
 #include <QGraphicsView>
+#include <QScrollBar>
 #include <QSet>
 #include <QKeyEvent>
 #include <QKeySequence>
@@ -104,6 +105,7 @@ void KxGsEditor::setImage(const QImage& anImage)
     prepareGeometryChange();
     image = anImage;
     update();
+    refreshViewShare();
 }
 
 const QImage& KxGsEditor::getImage() const
@@ -151,7 +153,57 @@ void KxGsEditor::applyZoomToViews()
     for (QGraphicsView* each : scene()->views()) {
         if (each->transform() != transform)
             each->setTransform(transform);
+        if (watchedViews.contains(each))
+            continue;
+        watchedViews.append(each);
+        // Scrolling and resizing change how much of the picture is in view.
+        for (QScrollBar* bar : { each->horizontalScrollBar(), each->verticalScrollBar() }) {
+            connect(bar, &QScrollBar::valueChanged, this, [this]() { refreshViewShare(); });
+            connect(bar, &QScrollBar::rangeChanged, this, [this]() { refreshViewShare(); });
+        }
     }
+    refreshViewShare();
+}
+
+void KxGsEditor::refreshViewShare()
+{
+    const QRectF area = getEditorArea();
+    viewShare = 1.0;
+    if (scene() && !scene()->views().isEmpty() && area.width() > 0 && area.height() > 0) {
+        const QGraphicsView* first = scene()->views().first();
+        const QRectF shown = first->mapToScene(first->viewport()->rect()).boundingRect() & area;
+        viewShare = std::clamp(shown.width() * shown.height() / (area.width() * area.height()), 0.0, 1.0);
+    }
+    updateLabelsShown();
+}
+
+void KxGsEditor::updateLabelsShown()
+{
+    const bool shownNow = double(objectsByArrival.size()) * viewShare <= kMaxLabelsInView;
+    if (shownNow == labelsShown)
+        return;
+    labelsShown = shownNow;
+    if (scene())
+        scene()->update();
+}
+
+bool KxGsEditor::areLabelsShown() const
+{
+    return labelsShown || renderingPicture;
+}
+
+void KxGsEditor::beginPictureRender()
+{
+    renderingPicture = true;
+    for (const auto& entry : objectsByArrival)
+        entry.second->setScreenUnits(1.0);
+}
+
+void KxGsEditor::endPictureRender()
+{
+    renderingPicture = false;
+    for (const auto& entry : objectsByArrival)
+        entry.second->setScreenUnits(1.0 / zoom);
 }
 
 QVariant KxGsEditor::itemChange(GraphicsItemChange aChange, const QVariant& aValue)
@@ -455,6 +507,7 @@ void KxGsEditor::adoptGsObject(KxGsObject* anObj)
     }
     ++group.count;
     anObj->setParentItem(group.item);
+    updateLabelsShown();
 }
 
 void KxGsEditor::releaseGsObject(KxGsObject* anObj)
@@ -465,6 +518,7 @@ void KxGsEditor::releaseGsObject(KxGsObject* anObj)
     const quint64 arrival = it.value();
     objectsByArrival.erase(arrival);
     arrivalOf.erase(it);
+    updateLabelsShown();
     const auto group = groups.find(arrival / kGroupSize);
     if (group == groups.end() || --group->second.count > 0 || arrival / kGroupSize == (nextArrival - 1) / kGroupSize)
         return;

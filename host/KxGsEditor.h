@@ -16,6 +16,7 @@ class KxGsManipulator;
 class KxGsObject;
 class KxView;
 class QGraphicsRectItem;
+class QGraphicsView;
 class QMouseEvent;
 
 // The graphics editor: the item that shows the picture and owns every
@@ -118,6 +119,19 @@ public:
     // within aMargin of aPoint, the order presses are offered in: the
     // current object first, then from the top of the stacking order down.
     QList<KxGsObject*> objectsNear(const QPointF& aPoint, double aMargin) const;
+
+    // Labels are drawn while at most kMaxLabelsInView measurements are in
+    // view, estimated from the share of the picture the view shows; with
+    // more they would cover each other and the picture, and are left out
+    // until the view is zoomed in. They still take their places, so nothing
+    // moves when they come back.
+    static const int kMaxLabelsInView = 2000;
+    bool areLabelsShown() const;
+    // Labels and buttons sized one picture pixel per pixel and every label
+    // drawn, for rendering the picture at its own size; endPictureRender()
+    // gives back the screen's sizes.
+    void beginPictureRender();
+    void endPictureRender();
     // The item that currently holds the mouse (between an accepted press and
     // its release), null otherwise.
     KxGsObject* getMouseGrabberObject() const;
@@ -165,6 +179,10 @@ private:
     QMouseEvent makeMouseEvent(QEvent::Type aType, const KxGsObject* anObj, QGraphicsSceneMouseEvent* anEvent) const;
     QList<KxGsObject*> pressCandidates(const QPointF& aPoint) const;
     void applyZoomToViews();
+    // Re-estimates how many measurements are in view after a zoom, a scroll
+    // or a measurement more or less; repaints when labels come or go.
+    void updateLabelsShown();
+    void refreshViewShare();
     void writeBackMove(KxGsObject* anObj);
     // Ctrl+press on a selected item: takes it out of the selection. True when
     // the press was used so.
@@ -202,5 +220,10 @@ private:
     std::map<quint64, KxGsObject*> objectsByArrival;
     QHash<const KxGsObject*, quint64> arrivalOf;
     quint64 nextArrival = 0;
+    // The share of the picture in view, and whether labels are drawn.
+    double viewShare = 1.0;
+    bool labelsShown = true;
+    bool renderingPicture = false;
+    QList<QPointer<QGraphicsView>> watchedViews;
     static KxGsEditor* theInstance;
 };

@@ -59,6 +59,10 @@ void KxGsObject::zoomSettled()
 {
 }
 
+void KxGsObject::setScreenUnits(double)
+{
+}
+
 bool KxGsObject::isPointOnObject(const QPointF& aPoint, int& aPart, int aTolerance) const
 {
     aPart = 0;

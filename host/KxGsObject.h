@@ -36,6 +36,9 @@ public:
     virtual void adjustScale(double aZoom);
     // Called by the editor after every item took a new zoom. Base: nothing.
     virtual void zoomSettled();
+    // Sizes the parts that keep their size on the screen (labels, buttons)
+    // with aUnitsPerPixel item units per pixel. Base: nothing.
+    virtual void setScreenUnits(double aUnitsPerPixel);
     // True when aPoint (item coordinates) hits the item within aTolerance
     // item units; aPart tells which part was hit (0 the body by default).
     virtual bool isPointOnObject(const QPointF& aPoint, int& aPart, int aTolerance) const;

@@ -202,11 +202,15 @@ void OvGsObject::applyScreenUnits()
     // Scaled against the zoom rather than ignoring transformations: the
     // scene's index keeps every item that ignores them on a list it walks on
     // each lookup and paint.
-    const double units = unitsPerPixel();
+    setScreenUnits(unitsPerPixel());
+}
+
+void OvGsObject::setScreenUnits(double aUnitsPerPixel)
+{
     for (QGraphicsItem* child : { static_cast<QGraphicsItem*>(labelItem), static_cast<QGraphicsItem*>(trashButton),
                                   static_cast<QGraphicsItem*>(activeButton) }) {
-        if (child && child->scale() != units)
-            child->setScale(units);
+        if (child && child->scale() != aUnitsPerPixel)
+            child->setScale(aUnitsPerPixel);
     }
 }
 
@@ -368,7 +372,9 @@ void OvGsObject::placeLabelBeside(const QRectF& anArea)
 
 bool OvGsObject::isPointOnLabel(const QPointF& aPoint) const
 {
-    return labelItem->isVisibleTo(this) && getLabelRect().contains(aPoint);
+    // A label left out of painting cannot be taken either.
+    const KxGsEditor* editor = getEditor();
+    return labelItem->isVisibleTo(this) && (!editor || editor->areLabelsShown()) && getLabelRect().contains(aPoint);
 }
 
 void OvGsObject::setTrashPos(const QPointF& aPos)

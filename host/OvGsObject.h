@@ -150,6 +150,9 @@ private:
     // The label and the buttons keep their size on the screen.
     bool isScreenSized(const QGraphicsItem* aChild) const;
     void applyScreenUnits();
+public:
+    void setScreenUnits(double aUnitsPerPixel) override;
+private:
     QRectF trashRect() const;
     QRectF activeRect() const;
     QGraphicsPixmapItem* buttonItem(QGraphicsPixmapItem*& anItem, const QPixmap& aPixmap, const QPointF& aPos,

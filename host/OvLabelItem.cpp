@@ -1,5 +1,7 @@
 #include "OvLabelItem.h"
 
+#include "KxGsEditor.h"
+
 #include <QFontMetricsF>
 #include <QPainter>
 
@@ -9,8 +11,6 @@ const double kPadding = 3.0;
 const QColor kBoxColor(20, 20, 20, 175);
 
 } // namespace
-
-bool OvLabelItem::theShown = true;
 
 OvLabelItem::OvLabelItem(QGraphicsItem* aParent)
     : QGraphicsItem(aParent)
@@ -73,7 +73,9 @@ QRectF OvLabelItem::boundingRect() const
 
 void OvLabelItem::paint(QPainter* aPainter, const QStyleOptionGraphicsItem*, QWidget*)
 {
-    if (!theShown)
+    // Left out while too many are in view to be read.
+    const KxGsEditor* editor = KxGsEditor::existingInstance();
+    if (editor && !editor->areLabelsShown())
         return;
     aPainter->setPen(frame);
     aPainter->setBrush(kBoxColor);
@@ -86,14 +88,4 @@ void OvLabelItem::paint(QPainter* aPainter, const QStyleOptionGraphicsItem*, QWi
     aPainter->setFont(font);
     aPainter->setPen(color);
     aPainter->drawStaticText(QPointF(kPadding, kPadding), layout);
-}
-
-void OvLabelItem::setShown(bool aShown)
-{
-    theShown = aShown;
-}
-
-bool OvLabelItem::isShown()
-{
-    return theShown;
 }

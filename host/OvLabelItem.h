@@ -27,11 +27,6 @@ public:
     QRectF boundingRect() const override;
     void paint(QPainter* aPainter, const QStyleOptionGraphicsItem* anOption, QWidget* aWidget) override;
 
-    // Labels are left out of painting while too many are in view to be read
-    // (the editor decides); a picture rendered for saving shows them all.
-    static void setShown(bool aShown);
-    static bool isShown();
-
 private:
     void measure() const;
 
@@ -44,5 +39,4 @@ private:
     // Prepared at the first paint after a change.
     mutable QStaticText layout;
     mutable bool laidOut = false;
-    static bool theShown;
 };
