@@ -9,6 +9,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSet>
 #include <QPoint>
 #include <QPointF>
 #include <QPolygonF>
@@ -254,6 +255,10 @@ bool KxKernelDocument::fromJson(const QByteArray& aJson, QString* anError)
         return fail(QStringLiteral("the file has no list of measurements"));
     const KxKernelData* kernel = KxKernelData::getInstance();
     const QJsonArray jsonObjects = root.value(QStringLiteral("objects")).toArray();
+    // Type and index of every measurement read so far.
+    QSet<qint64> seen;
+    seen.reserve(jsonObjects.size());
+    read.objects.reserve(jsonObjects.size());
     for (int n = 0; n < jsonObjects.size(); ++n) {
         const QJsonObject jsonObject = jsonObjects.at(n).toObject();
         const QJsonValue type = jsonObject.value(QStringLiteral("type"));
@@ -268,10 +273,11 @@ bool KxKernelDocument::fromJson(const QByteArray& aJson, QString* anError)
         if (!descr)
             return fail(QStringLiteral("measurement %1 is of type %2, which no loaded tool knows")
                             .arg(n + 1).arg(object.type));
-        for (const Object& earlier : read.objects)
-            if (earlier.type == object.type && earlier.index == object.index)
-                return fail(QStringLiteral("measurement %1 repeats type %2 index %3")
-                                .arg(n + 1).arg(object.type).arg(object.index));
+        const qint64 key = (qint64(object.type) << 32) | quint32(object.index);
+        if (seen.contains(key))
+            return fail(QStringLiteral("measurement %1 repeats type %2 index %3")
+                            .arg(n + 1).arg(object.type).arg(object.index));
+        seen.insert(key);
         const int count = descr->getParamCount();
         object.state.animated = jsonObject.value(QStringLiteral("animated")).toBool();
         if (!decodeVector(jsonObject.value(QStringLiteral("defaults")), count, &object.state.defaults))
