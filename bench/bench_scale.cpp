@@ -22,7 +22,6 @@
 #include <QFile>
 #include <QGraphicsLineItem>
 #include <QGraphicsScene>
-#include <QGraphicsSceneMouseEvent>
 #include <QGraphicsSimpleTextItem>
 #include <QGraphicsView>
 #include <QImage>
@@ -200,9 +199,58 @@ int runTemplate(const QString& aDir)
         QTextStream(stderr) << "bench_scale: " << error << '\n';
         return 1;
     }
+    // A multiple-distance base with one line on it, for the base file.
+    KxKernelData::getInstance()->removeAllObjects();
+    window->undoStack()->clear();
+    if (!play(window, QStringLiteral("tool multiple\npress 100 700\nmove 500 700\nrelease 1900 700\n"
+                                     "press 400 1000\nrelease 400 1000\n")))
+        return 1;
+    if (!window->saveMeasurements(aDir + QStringLiteral("/base-template.json"), &error)) {
+        QTextStream(stderr) << "bench_scale: " << error << '\n';
+        return 1;
+    }
     KxKernelData::getInstance()->removeAllObjects();
     delete window;
     return 0;
+}
+
+// The base of the base template with N copies of its line, spread along the
+// base (the copies keep the line's length and label place beside it).
+bool writeBaseFile(const QString& aTemplate, const QString& aTarget, int aCount)
+{
+    QFile in(aTemplate);
+    if (!in.open(QIODevice::ReadOnly))
+        return false;
+    QJsonObject root = QJsonDocument::fromJson(in.readAll()).object();
+    const QJsonArray drawn = root.value(QStringLiteral("objects")).toArray();
+    if (drawn.size() != 2)
+        return false;
+    const auto shifted = [](QJsonObject aValue, int aDx) {
+        QJsonArray xy = aValue.value(QStringLiteral("v")).toArray();
+        xy.replace(0, xy.at(0).toDouble() + aDx);
+        aValue.insert(QStringLiteral("v"), xy);
+        return aValue;
+    };
+    QJsonArray objects{ drawn.at(0) };
+    const QJsonObject line = drawn.at(1).toObject();
+    const QJsonArray defaults = line.value(QStringLiteral("defaults")).toArray();
+    const double x0 = defaults.at(3).toObject().value(QStringLiteral("v")).toArray().at(0).toDouble();
+    for (int i = 0; i < aCount; ++i) {
+        const int dx = qRound(150 + i * 1700.0 / aCount - x0);
+        QJsonArray values = defaults;
+        values.replace(3, shifted(values.at(3).toObject(), dx));
+        if (values.size() > 9 && values.at(9).isObject())
+            values.replace(9, shifted(values.at(9).toObject(), dx));
+        QJsonObject copy = line;
+        copy.insert(QStringLiteral("index"), i + 2);
+        copy.insert(QStringLiteral("defaults"), values);
+        copy.insert(QStringLiteral("animated"), false);
+        copy.remove(QStringLiteral("frames"));
+        objects.append(copy);
+    }
+    root.insert(QStringLiteral("objects"), objects);
+    QFile out(aTarget);
+    return out.open(QIODevice::WriteOnly) && out.write(QJsonDocument(root).toJson(QJsonDocument::Compact)) > 0;
 }
 
 // N measurements cycling through the template's kinds on a grid over the
@@ -332,34 +380,21 @@ int runViewer(const QString& aDir, int aCount)
     paintNow(view);
     report(out, QStringLiteral("step6"), ms(timer));
 
-    // A base with N multiple-distance lines, drawn straight into the manipulator.
+    // A base with N multiple-distance lines, from a file.
     KxKernelData::getInstance()->removeAllObjects();
     stack->clear();
     window->showFrame(0);
     window->slotZoomActual();
     paintNow(view);
-    if (!play(window, QStringLiteral("tool multiple\n")))
+    if (!window->loadMeasurements(aDir + QStringLiteral("/base%1.json").arg(aCount), &error)) {
+        QTextStream(stderr) << "bench_scale: " << error << '\n';
         return 1;
-    KxGsManipulator* manip = KxKernelData::getInstance()->getManipulator(66658);
-    if (!manip)
-        return 1;
-    play(window, QStringLiteral("press 100 700\nmove 500 700\nrelease 1900 700\n"));
-    for (int i = 0; i < aCount; ++i) {
-        const QPointF point(50 + (i * 7) % 1900, 50 + (i * 13) % 1400);
-        QGraphicsSceneMouseEvent press(QEvent::GraphicsSceneMousePress);
-        press.setScenePos(point);
-        press.setPos(point);
-        press.setButton(Qt::LeftButton);
-        press.setButtons(Qt::LeftButton);
-        manip->mousePressEvent(&press);
-        QGraphicsSceneMouseEvent release(QEvent::GraphicsSceneMouseRelease);
-        release.setScenePos(point);
-        release.setPos(point);
-        release.setButton(Qt::LeftButton);
-        manip->mouseReleaseEvent(&release);
     }
-    QCoreApplication::processEvents();
-    KxGsObject* base = manip->getGsObject(1);
+    paintNow(view);
+    KxGsManipulator* manip = KxKernelData::getInstance()->getManipulator(66658);
+    KxGsObject* base = manip ? manip->getGsObject(1) : nullptr;
+    if (!base)
+        return 1;
     timer.restart();
     manip->removeGsObject(base);
     paintNow(view);
@@ -493,6 +528,8 @@ int runTable(const QList<int>& aCounts)
     for (int count : counts) {
         writeFile(dir.path() + QStringLiteral("/template.json"), dir.path() + QStringLiteral("/n%1.json").arg(count),
                   count);
+        writeBaseFile(dir.path() + QStringLiteral("/base-template.json"),
+                      dir.path() + QStringLiteral("/base%1.json").arg(count), count);
         viewer.insert(count, runChild({ QStringLiteral("--viewer"), dir.path(), QString::number(count) }, 280000));
         bare.insert(count, runChild({ QStringLiteral("--bare"), QString::number(count) }, 120000));
     }
@@ -559,10 +596,14 @@ int main(int argc, char** argv)
         return runTemplate(args.value(1));
     if (args.value(0) == QLatin1String("--viewer"))
         return runViewer(args.value(1), args.value(2).toInt());
-    if (args.value(0) == QLatin1String("--write"))
-        return writeFile(args.value(1) + QStringLiteral("/template.json"),
-                         args.value(1) + QStringLiteral("/n%1.json").arg(args.value(2).toInt()), args.value(2).toInt())
+    if (args.value(0) == QLatin1String("--write")) {
+        const QString dir = args.value(1);
+        const int count = args.value(2).toInt();
+        return writeFile(dir + QStringLiteral("/template.json"), dir + QStringLiteral("/n%1.json").arg(count), count)
+                    && writeBaseFile(dir + QStringLiteral("/base-template.json"),
+                                     dir + QStringLiteral("/base%1.json").arg(count), count)
             ? 0 : 1;
+    }
     if (args.value(0) == QLatin1String("--bare"))
         return runBare(args.value(0 + 1).toInt());
     QList<int> counts;

@@ -27,10 +27,21 @@ QJsonArray pair(double anX, double anY)
     return QJsonArray{ anX, anY };
 }
 
-bool isNumberPair(const QJsonValue& aValue)
+// Two numbers [x, y] into anX and anY; false for anything else.
+bool readNumberPair(const QJsonValue& aValue, double* anX, double* anY)
 {
+    if (!aValue.isArray())
+        return false;
     const QJsonArray array = aValue.toArray();
-    return aValue.isArray() && array.size() == 2 && array.at(0).isDouble() && array.at(1).isDouble();
+    if (array.size() != 2)
+        return false;
+    const QJsonValue x = array.at(0);
+    const QJsonValue y = array.at(1);
+    if (!x.isDouble() || !y.isDouble())
+        return false;
+    *anX = x.toDouble();
+    *anY = y.toDouble();
+    return true;
 }
 
 // Only the types the measurements store are written; anything else is an
@@ -98,8 +109,10 @@ bool decode(const QJsonValue& aJson, QVariant* aValue)
     if (!aJson.isObject())
         return false;
     const QJsonObject object = aJson.toObject();
-    const QString type = object.value(QStringLiteral("t")).toString();
-    const QJsonValue value = object.value(QStringLiteral("v"));
+    const QString type = object.value(QLatin1String("t")).toString();
+    const QJsonValue value = object.value(QLatin1String("v"));
+    double x = 0.0;
+    double y = 0.0;
     if (type == QLatin1String("bool") && value.isBool()) {
         *aValue = value.toBool();
     } else if ((type == QLatin1String("int") || type == QLatin1String("uint")) && value.isDouble()
@@ -114,20 +127,22 @@ bool decode(const QJsonValue& aJson, QVariant* aValue)
         *aValue = value.toString();
     } else if (type == QLatin1String("QColor") && value.isString() && QColor::isValidColor(value.toString())) {
         *aValue = QColor(value.toString());
-    } else if (type == QLatin1String("QPoint") && isNumberPair(value)) {
-        *aValue = QPoint(OvQtCompat::round(value.toArray().at(0).toDouble()), OvQtCompat::round(value.toArray().at(1).toDouble()));
-    } else if (type == QLatin1String("QPointF") && isNumberPair(value)) {
-        *aValue = QPointF(value.toArray().at(0).toDouble(), value.toArray().at(1).toDouble());
-    } else if (type == QLatin1String("QSize") && isNumberPair(value)) {
-        *aValue = QSize(OvQtCompat::round(value.toArray().at(0).toDouble()), OvQtCompat::round(value.toArray().at(1).toDouble()));
-    } else if (type == QLatin1String("QSizeF") && isNumberPair(value)) {
-        *aValue = QSizeF(value.toArray().at(0).toDouble(), value.toArray().at(1).toDouble());
+    } else if (type == QLatin1String("QPoint") && readNumberPair(value, &x, &y)) {
+        *aValue = QPoint(OvQtCompat::round(x), OvQtCompat::round(y));
+    } else if (type == QLatin1String("QPointF") && readNumberPair(value, &x, &y)) {
+        *aValue = QPointF(x, y);
+    } else if (type == QLatin1String("QSize") && readNumberPair(value, &x, &y)) {
+        *aValue = QSize(OvQtCompat::round(x), OvQtCompat::round(y));
+    } else if (type == QLatin1String("QSizeF") && readNumberPair(value, &x, &y)) {
+        *aValue = QSizeF(x, y);
     } else if (type == QLatin1String("QPolygonF") && value.isArray()) {
+        const QJsonArray points = value.toArray();
         QPolygonF polygon;
-        for (const QJsonValue& point : value.toArray()) {
-            if (!isNumberPair(point))
+        polygon.reserve(points.size());
+        for (const QJsonValue& point : points) {
+            if (!readNumberPair(point, &x, &y))
                 return false;
-            polygon.append(QPointF(point.toArray().at(0).toDouble(), point.toArray().at(1).toDouble()));
+            polygon.append(QPointF(x, y));
         }
         *aValue = polygon;
     } else {

@@ -49,6 +49,8 @@ QPoint rounded(const QPointF& aPoint)
 
 } // namespace
 
+// While one lives, bases not known already are looked up by one walk over
+// the items at most (the first lookup that needs it), however many lines ask.
 class OvGsManipRelative::BaseLookup
 {
 public:
@@ -56,19 +58,8 @@ public:
         : manipulator(aManipulator)
         , outer(aManipulator->baseCache)
     {
-        if (outer)
-            return;
-        const int connected = manipulator->getConnectedObjectType();
-        for (KxGsObject* obj : manipulator->editor->getAllChildGsObjects()) {
-            QString name;
-            if (obj->type() == connected)
-                name = static_cast<OvGsDistance*>(obj)->lineName;
-            else if (manipulator->isOwnLine(obj) && static_cast<OvGsRelativeDistance*>(obj)->isBase)
-                name = static_cast<OvGsRelativeDistance*>(obj)->lineName;
-            if (!name.isEmpty() && !names.contains(name))
-                names.insert(name, obj);
-        }
-        manipulator->baseCache = &names;
+        if (!outer)
+            manipulator->baseCache = this;
     }
     ~BaseLookup()
     {
@@ -78,10 +69,20 @@ public:
     BaseLookup(const BaseLookup&) = delete;
     BaseLookup& operator=(const BaseLookup&) = delete;
 
+    KxGsObject* find(const QString& aName)
+    {
+        if (!scanned) {
+            manipulator->scanBases(&names);
+            scanned = true;
+        }
+        return names.value(aName);
+    }
+
 private:
     OvGsManipRelative* manipulator;
-    const QHash<QString, KxGsObject*>* outer;
+    BaseLookup* outer;
     QHash<QString, KxGsObject*> names;
+    bool scanned = false;
 };
 
 OvGsManipRelative::OvGsManipRelative(OvToolBase* aToolBase, OvGuiMeasurementTool* aPanel, QUndoStack* anUndoStack,
@@ -221,29 +222,35 @@ KxGsObject* OvGsManipRelative::findBase(const QString& aName) const
 {
     if (aName.isEmpty())
         return nullptr;
-    if (baseCache)
-        return baseCache->value(aName);
     // Bases of this kind seen before answer at once while they still are what
     // they were; anything else costs one scan, which remembers every base.
     const QPointer<OvGsRelativeDistance> known = knownBases.value(aName);
     if (known && known->isBase && known->lineName == aName && known->getEditor() == editor.data()
         && !known->isDiscarded())
         return known.data();
+    if (baseCache)
+        return baseCache->find(aName);
+    QHash<QString, KxGsObject*> names;
+    scanBases(&names);
+    return names.value(aName);
+}
+
+void OvGsManipRelative::scanBases(QHash<QString, KxGsObject*>* aNames) const
+{
+    // The first item of a name wins, in the editor's order.
     const int connected = getConnectedObjectType();
-    KxGsObject* found = nullptr;
     for (KxGsObject* obj : editor->getAllChildGsObjects()) {
-        if (!found && obj->type() == connected && static_cast<OvGsDistance*>(obj)->lineName == aName)
-            found = obj;
-        if (isOwnLine(obj)) {
+        QString name;
+        if (obj->type() == connected) {
+            name = static_cast<OvGsDistance*>(obj)->lineName;
+        } else if (isOwnLine(obj) && static_cast<OvGsRelativeDistance*>(obj)->isBase) {
             auto* line = static_cast<OvGsRelativeDistance*>(obj);
-            if (!line->isBase)
-                continue;
             knownBases.insert(line->lineName, line);
-            if (!found && line->lineName == aName)
-                found = obj;
+            name = line->lineName;
         }
+        if (!name.isEmpty() && !aNames->contains(name))
+            aNames->insert(name, obj);
     }
-    return found;
 }
 
 void OvGsManipRelative::placeOnBase(OvGsRelativeDistance* aLine)

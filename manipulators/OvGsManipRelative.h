@@ -109,6 +109,9 @@ public:
     // The base named aName: the first plain distance of the connected type or
     // base of this kind on the editor with that line name; null when none.
     KxGsObject* findBase(const QString& aName) const;
+    // Every base by name (the first item of a name in the editor's order); the
+    // bases of this kind join knownBases.
+    void scanBases(QHash<QString, KxGsObject*>* aNames) const;
 
 protected:
     // aLinePattern ("Multiply_Line_%1") and aCounter number the line names.
@@ -201,6 +204,6 @@ private:
     int& counter;
     QPixmap activeOff;
     QPixmap activeOn;
-    const QHash<QString, KxGsObject*>* baseCache;
+    BaseLookup* baseCache;
     mutable QHash<QString, QPointer<OvGsRelativeDistance>> knownBases;
 };
