@@ -306,6 +306,40 @@ void report(QTextStream& anOut, const QString& aKey, double aValue)
     anOut.flush();
 }
 
+// The viewer's last step: removing a base with N lines, opened from a file.
+int runBaseRemoval(OvViewerMainWindow* aWindow, const QString& aDir, int aCount)
+{
+    QTextStream out(stdout);
+    OvViewerMainWindow* window = aWindow;
+    QGraphicsView* view = window->getView();
+    QUndoStack* stack = window->undoStack();
+    QString error;
+    CpuTimer timer;
+    // A base with N multiple-distance lines, from a file.
+    KxKernelData::getInstance()->removeAllObjects();
+    stack->clear();
+    window->showFrame(0);
+    window->slotZoomActual();
+    paintNow(view);
+    if (!window->loadMeasurements(aDir + QStringLiteral("/base%1.json").arg(aCount), &error)) {
+        QTextStream(stderr) << "bench_scale: " << error << '\n';
+        return 1;
+    }
+    paintNow(view);
+    KxGsManipulator* manip = KxKernelData::getInstance()->getManipulator(66658);
+    KxGsObject* base = manip ? manip->getGsObject(1) : nullptr;
+    if (!base)
+        return 1;
+    timer.restart();
+    manip->removeGsObject(base);
+    paintNow(view);
+    report(out, QStringLiteral("step7"), ms(timer));
+    report(out, QStringLiteral("basesteps"), stack->count());
+    KxKernelData::getInstance()->removeAllObjects();
+    stack->clear();
+    return 0;
+}
+
 // Child: the viewer's steps with N stored.
 int runViewer(const QString& aDir, int aCount)
 {
@@ -321,6 +355,8 @@ int runViewer(const QString& aDir, int aCount)
     CpuTimer timer;
     timer.start();
     QString error;
+    if (qEnvironmentVariableIsSet("BENCH_SCALE_BASE_ONLY"))
+        return runBaseRemoval(window, aDir, aCount);
     if (!window->loadMeasurements(aDir + QStringLiteral("/n%1.json").arg(aCount), &error)) {
         QTextStream(stderr) << "bench_scale: " << error << '\n';
         return 1;
@@ -380,29 +416,7 @@ int runViewer(const QString& aDir, int aCount)
     paintNow(view);
     report(out, QStringLiteral("step6"), ms(timer));
 
-    // A base with N multiple-distance lines, from a file.
-    KxKernelData::getInstance()->removeAllObjects();
-    stack->clear();
-    window->showFrame(0);
-    window->slotZoomActual();
-    paintNow(view);
-    if (!window->loadMeasurements(aDir + QStringLiteral("/base%1.json").arg(aCount), &error)) {
-        QTextStream(stderr) << "bench_scale: " << error << '\n';
-        return 1;
-    }
-    paintNow(view);
-    KxGsManipulator* manip = KxKernelData::getInstance()->getManipulator(66658);
-    KxGsObject* base = manip ? manip->getGsObject(1) : nullptr;
-    if (!base)
-        return 1;
-    timer.restart();
-    manip->removeGsObject(base);
-    paintNow(view);
-    report(out, QStringLiteral("step7"), ms(timer));
-    report(out, QStringLiteral("basesteps"), stack->count());
-    KxKernelData::getInstance()->removeAllObjects();
-    stack->clear();
-    return 0;
+    return runBaseRemoval(window, aDir, aCount);
 }
 
 // Child: the same steps on N bare line items with a text label each.

@@ -518,15 +518,14 @@ void KxGsEditor::releaseGsObject(KxGsObject* anObj)
     const quint64 arrival = it.value();
     objectsByArrival.erase(arrival);
     arrivalOf.erase(it);
-    updateLabelsShown();
     const auto group = groups.find(arrival / kGroupSize);
-    if (group == groups.end() || --group->second.count > 0 || arrival / kGroupSize == (nextArrival - 1) / kGroupSize)
-        return;
-    // The item leaves the group itself (discarded or destroyed) afterwards.
-    if (anObj->parentItem() == group->second.item)
-        anObj->setParentItem(nullptr);
-    delete group->second.item;
-    groups.erase(group);
+    if (group != groups.end())
+        --group->second.count;
+    // Discarded items stay in their groups until deleted, so groups stay
+    // too; once no item is left the numbering starts again and fills them.
+    if (objectsByArrival.empty())
+        nextArrival = 0;
+    updateLabelsShown();
 }
 
 QList<KxGsObject*> KxGsEditor::objectsNear(const QPointF& aPoint, double aMargin) const

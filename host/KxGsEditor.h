@@ -213,8 +213,7 @@ private:
         QGraphicsItem* item = nullptr;
         int count = 0;
     };
-    // By number (arrival / kGroupSize); a group that empties goes, unless
-    // it is the one still taking new items.
+    // By number (arrival / kGroupSize).
     std::map<quint64, Group> groups;
     // The measurement items by arrival, and each one's place in that order.
     std::map<quint64, KxGsObject*> objectsByArrival;

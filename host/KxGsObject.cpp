@@ -314,10 +314,12 @@ void KxGsObject::discard()
         ownerEditor->releaseGsObject(this);
         ownerEditor = nullptr;
     }
+    // Hidden, it is neither painted nor found (lookups skip discarded items);
+    // it leaves the scene when deleted. Taking it out now would make the
+    // scene's index move it, and each of thousands removed at once (a base
+    // with its lines), one by one; items deleted in the scene leave the
+    // index together.
     hide();
-    setParentItem(nullptr);
-    if (scene())
-        scene()->removeItem(this);
     deleteLater();
 }
 

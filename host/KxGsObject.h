@@ -105,8 +105,9 @@ public:
     // overlap point nearest to a1; parallel disjoint ones give false.
     static bool linesIntersect(QPointF a1, QPointF a2, QPointF b1, QPointF b2, QPointF& anIntersection);
 
-    // Removes the item from its parent and scene and deletes it later; safe
-    // while one of the item's own handlers is running. Idempotent.
+    // Hides the item, takes it out of its editor's items and deletes it
+    // later; safe while one of the item's own handlers is running.
+    // Idempotent.
     void discard();
     bool isDiscarded() const;
 
