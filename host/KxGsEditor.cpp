@@ -105,7 +105,7 @@ void KxGsEditor::setImage(const QImage& anImage)
     prepareGeometryChange();
     image = anImage;
     update();
-    refreshViewShare();
+    scheduleLabelsCheck();
 }
 
 const QImage& KxGsEditor::getImage() const
@@ -158,33 +158,47 @@ void KxGsEditor::applyZoomToViews()
         watchedViews.append(each);
         // Scrolling and resizing change how much of the picture is in view.
         for (QScrollBar* bar : { each->horizontalScrollBar(), each->verticalScrollBar() }) {
-            connect(bar, &QScrollBar::valueChanged, this, [this]() { refreshViewShare(); });
-            connect(bar, &QScrollBar::rangeChanged, this, [this]() { refreshViewShare(); });
+            connect(bar, &QScrollBar::valueChanged, this, &KxGsEditor::checkLabelsShown);
+            connect(bar, &QScrollBar::rangeChanged, this, &KxGsEditor::checkLabelsShown);
         }
     }
-    refreshViewShare();
+    checkLabelsShown();
 }
 
-void KxGsEditor::refreshViewShare()
+void KxGsEditor::checkLabelsShown()
 {
-    const QRectF area = getEditorArea();
-    viewShare = 1.0;
-    if (scene() && !scene()->views().isEmpty() && area.width() > 0 && area.height() > 0) {
-        const QGraphicsView* first = scene()->views().first();
-        const QRectF shown = first->mapToScene(first->viewport()->rect()).boundingRect() & area;
-        viewShare = std::clamp(shown.width() * shown.height() / (area.width() * area.height()), 0.0, 1.0);
+    checkQueued = false;
+    bool shownNow = true;
+    const QGraphicsView* first = scene() && !scene()->views().isEmpty() ? scene()->views().first() : nullptr;
+    const QSize port = first ? first->viewport()->size() : QSize();
+    const int limit = std::max(kMinLabelsInView, port.width() * port.height() / kScreenPixelsPerLabel);
+    // Counted only when there are more than could all be in view at once;
+    // the index finds those in view, at about the cost of painting them.
+    if (first && int(objectsByArrival.size()) > limit) {
+        const QRectF shown = first->mapToScene(first->viewport()->rect()).boundingRect();
+        int inView = 0;
+        for (QGraphicsItem* item : scene()->items(shown, Qt::IntersectsItemBoundingRect, Qt::AscendingOrder)) {
+            auto* obj = qobject_cast<KxGsObject*>(item->toGraphicsObject());
+            if (obj && arrivalOf.contains(obj) && obj->isVisible() && ++inView > limit) {
+                shownNow = false;
+                break;
+            }
+        }
     }
-    updateLabelsShown();
-}
-
-void KxGsEditor::updateLabelsShown()
-{
-    const bool shownNow = double(objectsByArrival.size()) * viewShare <= kMaxLabelsInView;
     if (shownNow == labelsShown)
         return;
     labelsShown = shownNow;
     if (scene())
         scene()->update();
+}
+
+void KxGsEditor::scheduleLabelsCheck()
+{
+    // Once after a burst (a file opened, a base removed with its lines).
+    if (checkQueued)
+        return;
+    checkQueued = true;
+    QMetaObject::invokeMethod(this, &KxGsEditor::checkLabelsShown, Qt::QueuedConnection);
 }
 
 bool KxGsEditor::areLabelsShown() const
@@ -507,7 +521,7 @@ void KxGsEditor::adoptGsObject(KxGsObject* anObj)
     }
     ++group.count;
     anObj->setParentItem(group.item);
-    updateLabelsShown();
+    scheduleLabelsCheck();
 }
 
 void KxGsEditor::releaseGsObject(KxGsObject* anObj)
@@ -525,7 +539,7 @@ void KxGsEditor::releaseGsObject(KxGsObject* anObj)
     // too; once no item is left the numbering starts again and fills them.
     if (objectsByArrival.empty())
         nextArrival = 0;
-    updateLabelsShown();
+    scheduleLabelsCheck();
 }
 
 QList<KxGsObject*> KxGsEditor::objectsNear(const QPointF& aPoint, double aMargin) const

@@ -120,12 +120,14 @@ public:
     // current object first, then from the top of the stacking order down.
     QList<KxGsObject*> objectsNear(const QPointF& aPoint, double aMargin) const;
 
-    // Labels are drawn while at most kMaxLabelsInView measurements are in
-    // view, estimated from the share of the picture the view shows; with
-    // more they would cover each other and the picture, and are left out
-    // until the view is zoomed in. They still take their places, so nothing
-    // moves when they come back.
-    static const int kMaxLabelsInView = 2000;
+    // Labels are drawn while their boxes would not cover the view more than
+    // once: at most one measurement per kScreenPixelsPerLabel pixels of the
+    // view (a label of the default size is about 120 x 21 pixels), and never
+    // fewer than kMinLabelsInView. With more in view they would only cover
+    // each other and the picture, and are left out until the view is zoomed
+    // in. They still take their places, so nothing moves when they come back.
+    static const int kScreenPixelsPerLabel = 2500;
+    static const int kMinLabelsInView = 200;
     bool areLabelsShown() const;
     // Labels and buttons sized one picture pixel per pixel and every label
     // drawn, for rendering the picture at its own size; endPictureRender()
@@ -179,10 +181,11 @@ private:
     QMouseEvent makeMouseEvent(QEvent::Type aType, const KxGsObject* anObj, QGraphicsSceneMouseEvent* anEvent) const;
     QList<KxGsObject*> pressCandidates(const QPointF& aPoint) const;
     void applyZoomToViews();
-    // Re-estimates how many measurements are in view after a zoom, a scroll
-    // or a measurement more or less; repaints when labels come or go.
-    void updateLabelsShown();
-    void refreshViewShare();
+    // Counts the measurements in view after a zoom or a scroll, and once
+    // after measurements come or go (scheduleLabelsCheck); repaints when
+    // labels come or go.
+    void checkLabelsShown();
+    void scheduleLabelsCheck();
     void writeBackMove(KxGsObject* anObj);
     // Ctrl+press on a selected item: takes it out of the selection. True when
     // the press was used so.
@@ -219,9 +222,9 @@ private:
     std::map<quint64, KxGsObject*> objectsByArrival;
     QHash<const KxGsObject*, quint64> arrivalOf;
     quint64 nextArrival = 0;
-    // The share of the picture in view, and whether labels are drawn.
-    double viewShare = 1.0;
+    // Whether labels are drawn, and whether a count is on its way.
     bool labelsShown = true;
+    bool checkQueued = false;
     bool renderingPicture = false;
     QList<QPointer<QGraphicsView>> watchedViews;
     static KxGsEditor* theInstance;

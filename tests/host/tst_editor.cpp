@@ -245,6 +245,46 @@ private slots:
         QCOMPARE(f.view->transform().map(f.editor->mapToScene(QPointF(200, 150))), QPointF(500, 375));
     }
 
+    void labelsLeftOutWhileTooManyInView_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<double>("zoom");
+        QTest::addColumn<bool>("shown");
+
+        // The 400 x 300 view has room for 200 labels (its area / 2,500, at
+        // least 200); the items lie 8 x 14 picture pixels apart.
+        QTest::newRow("200 in view") << 200 << 1.0 << true;
+        QTest::newRow("250 in view") << 250 << 1.0 << false;
+        QTest::newRow("250 stored, 78 in view at zoom 4") << 250 << 4.0 << true;
+        QTest::newRow("600 stored, 78 in view at zoom 4") << 600 << 4.0 << true;
+    }
+
+    void labelsLeftOutWhileTooManyInView()
+    {
+        QFETCH(int, count);
+        QFETCH(double, zoom);
+        QFETCH(bool, shown);
+
+        GsFixture f;
+        f.editor->setImage(GsFixture::makeImage(400, 300));
+        QList<TestGsItem*> items;
+        for (int i = 0; i < count; ++i)
+            items << f.manip->addStored(QPointF((i % 25) * 8, (i / 25) * 14), QSizeF(4, 4));
+        f.editor->setZoom(zoom);
+        QCoreApplication::processEvents();
+        QCOMPARE(f.editor->areLabelsShown(), shown);
+        // A picture rendered for saving shows every label.
+        f.editor->beginPictureRender();
+        QVERIFY(f.editor->areLabelsShown());
+        f.editor->endPictureRender();
+        QCOMPARE(f.editor->areLabelsShown(), shown);
+        // Back to few stored: shown again, once the removals are counted.
+        while (items.size() > 150)
+            items.takeLast()->discard();
+        QCoreApplication::processEvents();
+        QVERIFY(f.editor->areLabelsShown());
+    }
+
     void overrideManipulatorActivation()
     {
         GsFixture f;
