@@ -158,11 +158,11 @@ void KxGsEditor::applyZoomToViews()
         watchedViews.append(each);
         // Scrolling and resizing change how much of the picture is in view.
         for (QScrollBar* bar : { each->horizontalScrollBar(), each->verticalScrollBar() }) {
-            connect(bar, &QScrollBar::valueChanged, this, &KxGsEditor::checkLabelsShown);
-            connect(bar, &QScrollBar::rangeChanged, this, &KxGsEditor::checkLabelsShown);
+            connect(bar, &QScrollBar::valueChanged, this, &KxGsEditor::scheduleLabelsCheck);
+            connect(bar, &QScrollBar::rangeChanged, this, &KxGsEditor::scheduleLabelsCheck);
         }
     }
-    checkLabelsShown();
+    scheduleLabelsCheck();
 }
 
 void KxGsEditor::checkLabelsShown()

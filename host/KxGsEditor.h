@@ -181,9 +181,9 @@ private:
     QMouseEvent makeMouseEvent(QEvent::Type aType, const KxGsObject* anObj, QGraphicsSceneMouseEvent* anEvent) const;
     QList<KxGsObject*> pressCandidates(const QPointF& aPoint) const;
     void applyZoomToViews();
-    // Counts the measurements in view after a zoom or a scroll, and once
-    // after measurements come or go (scheduleLabelsCheck); repaints when
-    // labels come or go.
+    // Counts the measurements in view, once per turn of the event loop after
+    // a zoom, a scroll or measurements coming or going
+    // (scheduleLabelsCheck); repaints when labels come or go.
     void checkLabelsShown();
     void scheduleLabelsCheck();
     void writeBackMove(KxGsObject* anObj);
