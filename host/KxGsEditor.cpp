@@ -168,23 +168,25 @@ void KxGsEditor::applyZoomToViews()
 void KxGsEditor::checkLabelsShown()
 {
     checkQueued = false;
-    bool shownNow = true;
     const QGraphicsView* first = scene() && !scene()->views().isEmpty() ? scene()->views().first() : nullptr;
     const QSize port = first ? first->viewport()->size() : QSize();
-    const int limit = std::max(kMinLabelsInView, port.width() * port.height() / kScreenPixelsPerLabel);
-    // Counted only when there are more than could all be in view at once;
-    // the index finds those in view, at about the cost of painting them.
-    if (first && int(objectsByArrival.size()) > limit) {
+    labelLimit = std::max(kMinLabelsInView, port.width() * port.height() / kScreenPixelsPerLabel);
+    // Counted only when there are more than could all be in view at once:
+    // a measurement is in view when its position is (a look at each
+    // position costs far less than asking the scene for everything in view).
+    // Counting stops at twice the limit: that many removals may follow
+    // before the labels could come back.
+    inView = int(objectsByArrival.size());
+    if (first && inView > labelLimit) {
         const QRectF shown = first->mapToScene(first->viewport()->rect()).boundingRect();
-        int inView = 0;
-        for (QGraphicsItem* item : scene()->items(shown, Qt::IntersectsItemBoundingRect, Qt::AscendingOrder)) {
-            auto* obj = qobject_cast<KxGsObject*>(item->toGraphicsObject());
-            if (obj && arrivalOf.contains(obj) && obj->isVisible() && ++inView > limit) {
-                shownNow = false;
+        inView = 0;
+        for (const auto& entry : objectsByArrival) {
+            const KxGsObject* obj = entry.second;
+            if (!obj->isDiscarded() && obj->isVisible() && shown.contains(obj->scenePos()) && ++inView > 2 * labelLimit)
                 break;
-            }
         }
     }
+    const bool shownNow = inView <= labelLimit;
     if (shownNow == labelsShown)
         return;
     labelsShown = shownNow;
@@ -521,7 +523,13 @@ void KxGsEditor::adoptGsObject(KxGsObject* anObj)
     }
     ++group.count;
     anObj->setParentItem(group.item);
-    scheduleLabelsCheck();
+    // Its place is not known yet: taken as in view. Only labels shown can
+    // be crowded out by one more; they are left out at once (a paint may
+    // come before the count) and the count puts them back if there is room.
+    if (labelsShown && ++inView > labelLimit) {
+        labelsShown = false;
+        scheduleLabelsCheck();
+    }
 }
 
 void KxGsEditor::releaseGsObject(KxGsObject* anObj)
@@ -539,7 +547,9 @@ void KxGsEditor::releaseGsObject(KxGsObject* anObj)
     // too; once no item is left the numbering starts again and fills them.
     if (objectsByArrival.empty())
         nextArrival = 0;
-    scheduleLabelsCheck();
+    // Only labels left out can come back with one fewer.
+    if (!labelsShown && --inView <= labelLimit)
+        scheduleLabelsCheck();
 }
 
 QList<KxGsObject*> KxGsEditor::objectsNear(const QPointF& aPoint, double aMargin) const

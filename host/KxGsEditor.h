@@ -182,8 +182,9 @@ private:
     QList<KxGsObject*> pressCandidates(const QPointF& aPoint) const;
     void applyZoomToViews();
     // Counts the measurements in view, once per turn of the event loop after
-    // a zoom, a scroll or measurements coming or going
-    // (scheduleLabelsCheck); repaints when labels come or go.
+    // a zoom or a scroll, or after measurements coming or going could change
+    // whether labels are shown (scheduleLabelsCheck); repaints when labels
+    // come or go.
     void checkLabelsShown();
     void scheduleLabelsCheck();
     void writeBackMove(KxGsObject* anObj);
@@ -222,9 +223,13 @@ private:
     std::map<quint64, KxGsObject*> objectsByArrival;
     QHash<const KxGsObject*, quint64> arrivalOf;
     quint64 nextArrival = 0;
-    // Whether labels are drawn, and whether a count is on its way.
+    // Whether labels are drawn, whether a count is on its way, the
+    // measurements in view at the last count (counting stops above twice the
+    // limit) with those added since, and the view's limit.
     bool labelsShown = true;
     bool checkQueued = false;
+    int inView = 0;
+    int labelLimit = kMinLabelsInView;
     bool renderingPicture = false;
     QList<QPointer<QGraphicsView>> watchedViews;
     static KxGsEditor* theInstance;
