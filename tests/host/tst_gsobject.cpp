@@ -176,6 +176,47 @@ private slots:
         QCOMPARE(box->getTrashButton()->isVisible(), visible);
     }
 
+    void savedPictureShowsLabelsAtScreenSize_data()
+    {
+        QTest::addColumn<double>("zoom");
+        QTest::newRow("zoom 0.5") << 0.5;
+        QTest::newRow("zoom 1") << 1.0;
+        QTest::newRow("zoom 3") << 3.0;
+    }
+
+    // A picture saved with its measurements shows each label as large, in
+    // picture pixels, as it is on the screen in screen pixels, whatever the
+    // zoom (labels keep their screen size by scaling against the zoom).
+    void savedPictureShowsLabelsAtScreenSize()
+    {
+        QFETCH(double, zoom);
+        GsFixture f;
+        QImage white(200, 150, QImage::Format_RGB32);
+        white.fill(Qt::white);
+        f.editor->setImage(white);
+        f.editor->setZoom(zoom);
+        TestGsItem* box = f.manip->addStored(QPointF(20, 20), QSizeF(10, 10));
+        box->setLabelVisible(true);
+        box->setName(QStringLiteral("Length"));
+        box->setLabelPos(QPointF(40, 60));
+        const QSizeF onScreen = box->getLabelRect().size() * zoom;
+
+        QImage picture(200, 150, QImage::Format_ARGB32_Premultiplied);
+        f.editor->beginPictureRender();
+        {
+            QPainter painter(&picture);
+            f.scene.render(&painter, QRectF(0, 0, 200, 150), QRectF(0, 0, 200, 150));
+        }
+        f.editor->endPictureRender();
+        // The dark box over white, its text aside: as many pixels as on screen.
+        const int dark = countPixelsNear(picture, QColor(93, 93, 93), 25);
+        QVERIFY2(qAbs(dark - onScreen.width() * onScreen.height()) < 0.25 * onScreen.width() * onScreen.height(),
+                 qPrintable(QStringLiteral("%1 dark pixels, %2 x %3 on screen").arg(dark).arg(onScreen.width())
+                                .arg(onScreen.height())));
+        // The screen's sizes come back.
+        QCOMPARE(box->getLabelRect().size() * zoom, onScreen);
+    }
+
     void labelLeaderShowsOnlyFarFromTheAnchor()
     {
         GsFixture f;
