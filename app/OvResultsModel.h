@@ -37,7 +37,7 @@ public:
     static const int IndexRole = Qt::UserRole + 2;
 
     // Rows handed to a view at a time.
-    static const int kFetchChunk = 2048;
+    static constexpr int kFetchChunk = 2048;
 
     // Header and the given rows (every row when empty, fetched or not) as tab-separated
     // text with full-precision numbers, one line per row.

@@ -126,8 +126,8 @@ public:
     // fewer than kMinLabelsInView. With more in view they would only cover
     // each other and the picture, and are left out until the view is zoomed
     // in. They still take their places, so nothing moves when they come back.
-    static const int kScreenPixelsPerLabel = 2500;
-    static const int kMinLabelsInView = 200;
+    static constexpr int kScreenPixelsPerLabel = 2500;
+    static constexpr int kMinLabelsInView = 200;
     bool areLabelsShown() const;
     // Labels and buttons sized one picture pixel per pixel and every label
     // drawn, for rendering the picture at its own size; endPictureRender()
@@ -211,7 +211,7 @@ private:
     QGraphicsRectItem* band = nullptr;
     QPointF bandStart;
     bool bandAdds = false;
-    static const int kGroupSize = 256;
+    static constexpr int kGroupSize = 256;
     struct Group
     {
         QGraphicsItem* item = nullptr;
