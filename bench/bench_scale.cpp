@@ -85,9 +85,9 @@ public:
 private:
     static double now()
     {
-        timespec spec{};
-        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &spec);
-        return double(spec.tv_sec) + spec.tv_nsec / 1e9;
+        timespec used{};
+        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
+        return double(used.tv_sec) + used.tv_nsec / 1e9;
     }
     double begin = now();
 };
@@ -214,14 +214,24 @@ int runTemplate(const QString& aDir)
     return 0;
 }
 
+// A saved measurement file's root object; empty when it cannot be read.
+QJsonObject readJson(const QString& aPath)
+{
+    QFile in(aPath);
+    return in.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(in.readAll()).object() : QJsonObject();
+}
+
+bool writeJson(const QString& aPath, const QJsonObject& aRoot)
+{
+    QFile out(aPath);
+    return out.open(QIODevice::WriteOnly) && out.write(QJsonDocument(aRoot).toJson(QJsonDocument::Compact)) > 0;
+}
+
 // The base of the base template with N copies of its line, spread along the
 // base (the copies keep the line's length and label place beside it).
 bool writeBaseFile(const QString& aTemplate, const QString& aTarget, int aCount)
 {
-    QFile in(aTemplate);
-    if (!in.open(QIODevice::ReadOnly))
-        return false;
-    QJsonObject root = QJsonDocument::fromJson(in.readAll()).object();
+    QJsonObject root = readJson(aTemplate);
     const QJsonArray drawn = root.value(QStringLiteral("objects")).toArray();
     if (drawn.size() != 2)
         return false;
@@ -249,18 +259,14 @@ bool writeBaseFile(const QString& aTemplate, const QString& aTarget, int aCount)
         objects.append(copy);
     }
     root.insert(QStringLiteral("objects"), objects);
-    QFile out(aTarget);
-    return out.open(QIODevice::WriteOnly) && out.write(QJsonDocument(root).toJson(QJsonDocument::Compact)) > 0;
+    return writeJson(aTarget, root);
 }
 
 // N measurements cycling through the template's kinds on a grid over the
 // picture; each has its own position on frame 1 as well.
 bool writeFile(const QString& aTemplate, const QString& aTarget, int aCount)
 {
-    QFile in(aTemplate);
-    if (!in.open(QIODevice::ReadOnly))
-        return false;
-    QJsonObject root = QJsonDocument::fromJson(in.readAll()).object();
+    QJsonObject root = readJson(aTemplate);
     const QJsonArray kinds = root.value(QStringLiteral("objects")).toArray();
     if (kinds.isEmpty())
         return false;
@@ -296,8 +302,7 @@ bool writeFile(const QString& aTemplate, const QString& aTarget, int aCount)
     }
     root.insert(QStringLiteral("objects"), objects);
     root.insert(QStringLiteral("frameCount"), 2);
-    QFile out(aTarget);
-    return out.open(QIODevice::WriteOnly) && out.write(QJsonDocument(root).toJson(QJsonDocument::Compact)) > 0;
+    return writeJson(aTarget, root);
 }
 
 void report(QTextStream& anOut, const QString& aKey, double aValue)
