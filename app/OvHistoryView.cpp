@@ -65,6 +65,7 @@ OvHistoryView::OvHistoryView(QUndoStack* aStack, QWidget* aParent)
     : QListView(aParent)
     , historyModel(new Model(aStack, this))
     , undoStack(aStack)
+    , sync(this, [this]() { syncCurrentRow(); })
 {
     // Every row is one line of text: the view need not measure each one.
     setUniformItemSizes(true);
@@ -104,15 +105,11 @@ void OvHistoryView::slotStackIndexChanged()
     historyModel->lastIndex = index;
     // A burst of steps (a removal with its dependants, a history jump)
     // moves the current row once, when control returns to the event loop.
-    if (syncPending)
-        return;
-    syncPending = true;
-    QMetaObject::invokeMethod(this, &OvHistoryView::syncCurrentRow, Qt::QueuedConnection);
+    sync.request();
 }
 
 void OvHistoryView::syncCurrentRow()
 {
-    syncPending = false;
     if (!undoStack)
         return;
     syncing = true;
@@ -126,7 +123,7 @@ void OvHistoryView::slotCurrentRowChosen(const QModelIndex& aCurrent)
     if (syncing || !undoStack || !aCurrent.isValid())
         return;
     // A row chosen while a burst is still being followed waits for it.
-    if (syncPending)
+    if (sync.isPending())
         return;
     if (aCurrent.row() != undoStack->index())
         undoStack->setIndex(aCurrent.row());

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OvQueuedCall.h"
+
 #include <QAbstractListModel>
 #include <QListView>
 #include <QPointer>
@@ -33,6 +35,7 @@ private:
     class Model;
     Model* historyModel;
     QPointer<QUndoStack> undoStack;
-    bool syncPending = false;
+    // Moves the current row once per burst of steps.
+    OvQueuedCall sync;
     bool syncing = false;
 };

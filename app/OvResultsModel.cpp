@@ -11,6 +11,7 @@
 
 OvResultsModel::OvResultsModel(QObject* aParent)
     : QAbstractTableModel(aParent)
+    , apply(this, [this]() { applyPending(); })
 {
     KxSignalCenter* notifier = KxSignalCenter::getInstance();
     connect(notifier, &KxSignalCenter::signalObjectCreated, this,
@@ -170,15 +171,11 @@ void OvResultsModel::slotObjectTouched(int aType, int anIndex)
 
 void OvResultsModel::schedule()
 {
-    if (applyPendingQueued)
-        return;
-    applyPendingQueued = true;
-    QMetaObject::invokeMethod(this, &OvResultsModel::applyPending, Qt::QueuedConnection);
+    apply.request();
 }
 
 void OvResultsModel::applyPending()
 {
-    applyPendingQueued = false;
     if (refreshPending) {
         refresh();
         return;

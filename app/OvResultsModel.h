@@ -1,6 +1,7 @@
 #pragma once
 
 #include "OvMeasurementExporter.h"
+#include "OvQueuedCall.h"
 
 #include <QAbstractTableModel>
 #include <QVector>
@@ -64,6 +65,7 @@ private:
     QVector<OvMeasurementExporter::Row> rows;
     int fetched = 0;
     bool refreshPending = false;
-    bool applyPendingQueued = false;
+    // Applies what changed once per burst.
+    OvQueuedCall apply;
     QVector<QPair<int, int>> touched;
 };

@@ -53,6 +53,7 @@ KxGsEditor* KxGsEditor::theInstance = nullptr;
 KxGsEditor::KxGsEditor(QGraphicsItem* aParent)
     : QGraphicsObject(aParent)
     , view(new KxView(QPoint(0, 0), 1.0))
+    , labelsCheck(this, [this]() { checkLabelsShown(); })
 {
     setFlag(QGraphicsItem::ItemIsFocusable);
     setAcceptHoverEvents(true);
@@ -167,7 +168,6 @@ void KxGsEditor::applyZoomToViews()
 
 void KxGsEditor::checkLabelsShown()
 {
-    checkQueued = false;
     const QGraphicsView* first = scene() && !scene()->views().isEmpty() ? scene()->views().first() : nullptr;
     const QSize port = first ? first->viewport()->size() : QSize();
     labelLimit = std::max(kMinLabelsInView, port.width() * port.height() / kScreenPixelsPerLabel);
@@ -197,10 +197,7 @@ void KxGsEditor::checkLabelsShown()
 void KxGsEditor::scheduleLabelsCheck()
 {
     // Once after a burst (a file opened, a base removed with its lines).
-    if (checkQueued)
-        return;
-    checkQueued = true;
-    QMetaObject::invokeMethod(this, &KxGsEditor::checkLabelsShown, Qt::QueuedConnection);
+    labelsCheck.request();
 }
 
 bool KxGsEditor::areLabelsShown() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KxHostGlobal.h"
+#include "OvQueuedCall.h"
 
 #include <QEvent>
 #include <QGraphicsObject>
@@ -223,11 +224,11 @@ private:
     std::map<quint64, KxGsObject*> objectsByArrival;
     QHash<const KxGsObject*, quint64> arrivalOf;
     quint64 nextArrival = 0;
-    // Whether labels are drawn, whether a count is on its way, the
-    // measurements in view at the last count (counting stops above twice the
-    // limit) with those added since, and the view's limit.
+    // Whether labels are drawn, the count on its way, the measurements in
+    // view at the last count (counting stops above twice the limit) with
+    // those added since, and the view's limit.
     bool labelsShown = true;
-    bool checkQueued = false;
+    OvQueuedCall labelsCheck;
     int inView = 0;
     int labelLimit = kMinLabelsInView;
     bool renderingPicture = false;
