@@ -15,6 +15,9 @@
 #include <QPolygonF>
 #include <QSizeF>
 
+#include <rapidjson/document.h>
+#include <rapidjson/error/en.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -22,26 +25,14 @@ const char* const KxKernelDocument::kFormat = "ovmeasurements";
 
 namespace {
 
+using JsonDocument = rapidjson::Document;
+using JsonValue = rapidjson::Value;
+
+const JsonValue kNoFrames(rapidjson::kArrayType);
+
 QJsonArray pair(double anX, double anY)
 {
     return QJsonArray{ anX, anY };
-}
-
-// Two numbers [x, y] into anX and anY; false for anything else.
-bool readNumberPair(const QJsonValue& aValue, double* anX, double* anY)
-{
-    if (!aValue.isArray())
-        return false;
-    const QJsonArray array = aValue.toArray();
-    if (array.size() != 2)
-        return false;
-    const QJsonValue x = array.at(0);
-    const QJsonValue y = array.at(1);
-    if (!x.isDouble() || !y.isDouble())
-        return false;
-    *anX = x.toDouble();
-    *anY = y.toDouble();
-    return true;
 }
 
 // Only the types the measurements store are written; anything else is an
@@ -100,33 +91,62 @@ bool isWhole(double aValue)
     return std::isfinite(aValue) && std::floor(aValue) == aValue && std::fabs(aValue) < 2147483648.0;
 }
 
+// Two numbers [x, y] into anX and anY; false for anything else.
+bool readNumberPair(const JsonValue& aValue, double* anX, double* anY)
+{
+    if (!aValue.IsArray() || aValue.Size() != 2 || !aValue[0].IsNumber() || !aValue[1].IsNumber())
+        return false;
+    *anX = aValue[0].GetDouble();
+    *anY = aValue[1].GetDouble();
+    return true;
+}
+
+const JsonValue* member(const JsonValue& anObject, const char* aName)
+{
+    if (!anObject.IsObject())
+        return nullptr;
+    const auto it = anObject.FindMember(aName);
+    return it == anObject.MemberEnd() ? nullptr : &it->value;
+}
+
+bool isNumber(const JsonValue* aValue)
+{
+    return aValue && aValue->IsNumber();
+}
+
+QString toString(const JsonValue& aValue)
+{
+    return QString::fromUtf8(aValue.GetString(), int(aValue.GetStringLength()));
+}
+
 // The reverse of encode(); false for anything encode() cannot have written.
-bool decode(const QJsonValue& aJson, QVariant* aValue)
+bool decode(const JsonValue& aJson, QVariant* aValue)
 {
     *aValue = QVariant();
-    if (aJson.isNull())
+    if (aJson.IsNull())
         return true;
-    if (!aJson.isObject())
+    const JsonValue* typeValue = member(aJson, "t");
+    const JsonValue* found = member(aJson, "v");
+    if (!typeValue || !typeValue->IsString() || !found)
         return false;
-    const QJsonObject object = aJson.toObject();
-    const QString type = object.value(QLatin1String("t")).toString();
-    const QJsonValue value = object.value(QLatin1String("v"));
+    const QLatin1String type(typeValue->GetString(), int(typeValue->GetStringLength()));
+    const JsonValue& value = *found;
     double x = 0.0;
     double y = 0.0;
-    if (type == QLatin1String("bool") && value.isBool()) {
-        *aValue = value.toBool();
-    } else if ((type == QLatin1String("int") || type == QLatin1String("uint")) && value.isDouble()
-               && isWhole(value.toDouble())) {
-        *aValue = type == QLatin1String("int") ? QVariant(int(value.toDouble()))
-                                               : QVariant(uint(std::max(0.0, value.toDouble())));
-    } else if (type == QLatin1String("qlonglong") && value.isDouble()) {
-        *aValue = qlonglong(value.toDouble());
-    } else if (type == QLatin1String("double") && value.isDouble()) {
-        *aValue = value.toDouble();
-    } else if (type == QLatin1String("QString") && value.isString()) {
-        *aValue = value.toString();
-    } else if (type == QLatin1String("QColor") && value.isString() && QColor::isValidColor(value.toString())) {
-        *aValue = QColor(value.toString());
+    if (type == QLatin1String("bool") && value.IsBool()) {
+        *aValue = value.GetBool();
+    } else if ((type == QLatin1String("int") || type == QLatin1String("uint")) && value.IsNumber()
+               && isWhole(value.GetDouble())) {
+        *aValue = type == QLatin1String("int") ? QVariant(int(value.GetDouble()))
+                                               : QVariant(uint(std::max(0.0, value.GetDouble())));
+    } else if (type == QLatin1String("qlonglong") && value.IsNumber()) {
+        *aValue = qlonglong(value.GetDouble());
+    } else if (type == QLatin1String("double") && value.IsNumber()) {
+        *aValue = value.GetDouble();
+    } else if (type == QLatin1String("QString") && value.IsString()) {
+        *aValue = toString(value);
+    } else if (type == QLatin1String("QColor") && value.IsString() && QColor::isValidColor(toString(value))) {
+        *aValue = QColor(toString(value));
     } else if (type == QLatin1String("QPoint") && readNumberPair(value, &x, &y)) {
         *aValue = QPoint(OvQtCompat::round(x), OvQtCompat::round(y));
     } else if (type == QLatin1String("QPointF") && readNumberPair(value, &x, &y)) {
@@ -135,11 +155,10 @@ bool decode(const QJsonValue& aJson, QVariant* aValue)
         *aValue = QSize(OvQtCompat::round(x), OvQtCompat::round(y));
     } else if (type == QLatin1String("QSizeF") && readNumberPair(value, &x, &y)) {
         *aValue = QSizeF(x, y);
-    } else if (type == QLatin1String("QPolygonF") && value.isArray()) {
-        const QJsonArray points = value.toArray();
+    } else if (type == QLatin1String("QPolygonF") && value.IsArray()) {
         QPolygonF polygon;
-        polygon.reserve(points.size());
-        for (const QJsonValue& point : points) {
+        polygon.reserve(int(value.Size()));
+        for (const JsonValue& point : value.GetArray()) {
             if (!readNumberPair(point, &x, &y))
                 return false;
             polygon.append(QPointF(x, y));
@@ -162,18 +181,19 @@ QJsonArray encodeVector(const KxParamKeyframeVector& aVector, bool* anOk)
 // A vector shorter than the type's parameter count comes from a file written
 // before the type gained parameters: the missing ones stay unset, and the kind
 // falls back on what it did before it stored them. A longer one is refused.
-bool decodeVector(const QJsonValue& aJson, int aCount, KxParamKeyframeVector* aVector)
+bool decodeVector(const JsonValue* aJson, int aCount, KxParamKeyframeVector* aVector)
 {
-    const QJsonArray values = aJson.toArray();
-    if (!aJson.isArray() || values.size() > aCount || values.isEmpty())
+    if (!aJson || !aJson->IsArray() || int(aJson->Size()) > aCount || aJson->Empty())
         return false;
     *aVector = KxParamKeyframeVector(aCount);
-    for (int id = 0; id < values.size(); ++id) {
+    int id = 0;
+    for (const JsonValue& each : aJson->GetArray()) {
         QVariant value;
-        if (!decode(values.at(id), &value))
+        if (!decode(each, &value))
             return false;
         if (value.isValid())
             (*aVector)[id].setValue(value);
+        ++id;
     }
     return true;
 }
@@ -237,77 +257,90 @@ bool KxKernelDocument::fromJson(const QByteArray& aJson, QString* anError)
             *anError = aMessage;
         return false;
     };
-    QJsonParseError parseError;
-    const QJsonDocument json = QJsonDocument::fromJson(aJson, &parseError);
-    if (parseError.error != QJsonParseError::NoError)
+    // Files hold up to hundreds of thousands of measurements: the reader
+    // keeps its values in a few large blocks (Qt's document allocated and
+    // freed each value on its own, a third of opening such a file). It
+    // parses without recursion, so no nesting depth can exhaust the stack,
+    // and it refuses text that is not UTF-8.
+    JsonDocument json;
+    json.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag
+               | rapidjson::kParseValidateEncodingFlag>(aJson.constData(), size_t(aJson.size()));
+    if (json.HasParseError())
         return fail(QStringLiteral("not a measurement file (%1 at byte %2)")
-                        .arg(parseError.errorString()).arg(parseError.offset));
-    const QJsonObject root = json.object();
-    if (!json.isObject() || root.value(QStringLiteral("format")).toString() != QLatin1String(kFormat))
+                        .arg(QString::fromUtf8(rapidjson::GetParseError_En(json.GetParseError())))
+                        .arg(json.GetErrorOffset()));
+    const JsonValue* format = member(json, "format");
+    if (!json.IsObject() || !format || !format->IsString() || toString(*format) != QLatin1String(kFormat))
         return fail(QStringLiteral("not a measurement file"));
-    const QJsonValue version = root.value(QStringLiteral("version"));
-    if (!version.isDouble() || !isWhole(version.toDouble()) || version.toDouble() < 1)
+    const JsonValue* version = member(json, "version");
+    if (!isNumber(version) || !isWhole(version->GetDouble()) || version->GetDouble() < 1)
         return fail(QStringLiteral("the file has no valid version"));
-    if (version.toDouble() > kVersion)
+    if (version->GetDouble() > kVersion)
         return fail(QStringLiteral("the file was written by a newer version (format %1; this viewer reads %2)")
-                        .arg(version.toInt()).arg(kVersion));
+                        .arg(int(version->GetDouble())).arg(kVersion));
 
     KxKernelDocument read;
-    read.picture = root.value(QStringLiteral("picture")).toString();
-    const QJsonValue width = root.value(QStringLiteral("width"));
-    const QJsonValue height = root.value(QStringLiteral("height"));
-    const QJsonValue calibration = root.value(QStringLiteral("umPerPixel"));
-    const QJsonValue frameCount = root.value(QStringLiteral("frameCount"));
-    if (!width.isDouble() || !height.isDouble() || !calibration.isDouble() || !isWhole(width.toDouble())
-        || !isWhole(height.toDouble()) || width.toDouble() < 0 || height.toDouble() < 0
-        || !std::isfinite(calibration.toDouble()) || calibration.toDouble() < 0.0)
+    const JsonValue* picture = member(json, "picture");
+    if (picture && picture->IsString())
+        read.picture = toString(*picture);
+    const JsonValue* width = member(json, "width");
+    const JsonValue* height = member(json, "height");
+    const JsonValue* calibration = member(json, "umPerPixel");
+    const JsonValue* frameCount = member(json, "frameCount");
+    if (!isNumber(width) || !isNumber(height) || !isNumber(calibration) || !isWhole(width->GetDouble())
+        || !isWhole(height->GetDouble()) || width->GetDouble() < 0 || height->GetDouble() < 0
+        || !std::isfinite(calibration->GetDouble()) || calibration->GetDouble() < 0.0)
         return fail(QStringLiteral("the picture size or calibration is missing or invalid"));
-    read.imageSize = QSize(width.toInt(), height.toInt());
-    read.umPerPixel = calibration.toDouble();
-    read.frameCount = frameCount.isDouble() && frameCount.toDouble() >= 1 ? qint64(frameCount.toDouble()) : 1;
+    read.imageSize = QSize(int(width->GetDouble()), int(height->GetDouble()));
+    read.umPerPixel = calibration->GetDouble();
+    read.frameCount = isNumber(frameCount) && frameCount->GetDouble() >= 1 && std::isfinite(frameCount->GetDouble())
+                          ? qint64(frameCount->GetDouble())
+                          : 1;
 
-    if (!root.value(QStringLiteral("objects")).isArray())
+    const JsonValue* jsonObjects = member(json, "objects");
+    if (!jsonObjects || !jsonObjects->IsArray())
         return fail(QStringLiteral("the file has no list of measurements"));
     const KxKernelData* kernel = KxKernelData::getInstance();
-    const QJsonArray jsonObjects = root.value(QStringLiteral("objects")).toArray();
     // Type and index of every measurement read so far.
     QSet<qint64> seen;
-    seen.reserve(jsonObjects.size());
-    read.objects.reserve(jsonObjects.size());
-    for (int n = 0; n < jsonObjects.size(); ++n) {
-        const QJsonObject jsonObject = jsonObjects.at(n).toObject();
-        const QJsonValue type = jsonObject.value(QStringLiteral("type"));
-        const QJsonValue index = jsonObject.value(QStringLiteral("index"));
-        if (!type.isDouble() || !index.isDouble() || !isWhole(type.toDouble()) || !isWhole(index.toDouble())
-            || index.toDouble() < 1)
-            return fail(QStringLiteral("measurement %1 has no valid type and index").arg(n + 1));
+    seen.reserve(int(jsonObjects->Size()));
+    read.objects.reserve(int(jsonObjects->Size()));
+    int n = 0;
+    for (const JsonValue& jsonObject : jsonObjects->GetArray()) {
+        ++n;
+        const JsonValue* type = member(jsonObject, "type");
+        const JsonValue* index = member(jsonObject, "index");
+        if (!isNumber(type) || !isNumber(index) || !isWhole(type->GetDouble()) || !isWhole(index->GetDouble())
+            || index->GetDouble() < 1)
+            return fail(QStringLiteral("measurement %1 has no valid type and index").arg(n));
         Object object;
-        object.type = type.toInt();
-        object.index = index.toInt();
+        object.type = int(type->GetDouble());
+        object.index = int(index->GetDouble());
         const KxKernelObjectDataDescr* descr = kernel->getDataDescriptor(object.type);
         if (!descr)
             return fail(QStringLiteral("measurement %1 is of type %2, which no loaded tool knows")
-                            .arg(n + 1).arg(object.type));
+                            .arg(n).arg(object.type));
         const qint64 key = (qint64(object.type) << 32) | quint32(object.index);
         if (seen.contains(key))
             return fail(QStringLiteral("measurement %1 repeats type %2 index %3")
-                            .arg(n + 1).arg(object.type).arg(object.index));
+                            .arg(n).arg(object.type).arg(object.index));
         seen.insert(key);
         const int count = descr->getParamCount();
-        object.state.animated = jsonObject.value(QStringLiteral("animated")).toBool();
-        if (!decodeVector(jsonObject.value(QStringLiteral("defaults")), count, &object.state.defaults))
-            return fail(QStringLiteral("measurement %1 has invalid values").arg(n + 1));
-        const QJsonValue frames = jsonObject.value(QStringLiteral("frames"));
-        if (!frames.isUndefined() && !frames.isArray())
-            return fail(QStringLiteral("measurement %1 has an invalid list of frames").arg(n + 1));
-        for (const QJsonValue& jsonFrame : frames.toArray()) {
-            const QJsonValue frame = jsonFrame.toObject().value(QStringLiteral("frame"));
+        const JsonValue* animated = member(jsonObject, "animated");
+        object.state.animated = animated && animated->IsBool() && animated->GetBool();
+        if (!decodeVector(member(jsonObject, "defaults"), count, &object.state.defaults))
+            return fail(QStringLiteral("measurement %1 has invalid values").arg(n));
+        const JsonValue* frames = member(jsonObject, "frames");
+        if (frames && !frames->IsArray())
+            return fail(QStringLiteral("measurement %1 has an invalid list of frames").arg(n));
+        for (const JsonValue& jsonFrame : frames ? frames->GetArray() : kNoFrames.GetArray()) {
+            const JsonValue* frame = member(jsonFrame, "frame");
             KxParamKeyframeVector values;
-            if (!frame.isDouble() || frame.toDouble() < 0 || std::floor(frame.toDouble()) != frame.toDouble()
-                || !decodeVector(jsonFrame.toObject().value(QStringLiteral("values")), count, &values))
-                return fail(QStringLiteral("measurement %1 has an invalid frame").arg(n + 1));
-            values.setFrameNumber(qint64(frame.toDouble()));
-            object.state.frames.insert(qint64(frame.toDouble()), values);
+            if (!isNumber(frame) || frame->GetDouble() < 0 || std::floor(frame->GetDouble()) != frame->GetDouble()
+                || !decodeVector(member(jsonFrame, "values"), count, &values))
+                return fail(QStringLiteral("measurement %1 has an invalid frame").arg(n));
+            values.setFrameNumber(qint64(frame->GetDouble()));
+            object.state.frames.insert(qint64(frame->GetDouble()), values);
         }
         read.objects.append(object);
     }

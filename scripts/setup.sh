@@ -10,7 +10,7 @@ set -euo pipefail
 packages=(build-essential cmake ninja-build pkg-config
           qtbase5-dev qtbase5-dev-tools libqt5svg5-dev qttools5-dev qttools5-dev-tools qttranslations5-l10n
           qt6-base-dev qt6-base-dev-tools qt6-svg-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools
-          qt6-translations-l10n libgl-dev libtiff-dev
+          qt6-translations-l10n libgl-dev libtiff-dev rapidjson-dev
           dpkg-dev file python3 xvfb xauth fonts-dejavu-core)
 
 missing=()

@@ -93,6 +93,31 @@ private slots:
         QCOMPARE(KxKernelDocument::fromStore().toJson(), json);
     }
 
+    // Calibrations and positions are doubles: every bit comes back.
+    void doublesComeBackExactly_data()
+    {
+        QTest::addColumn<double>("value");
+        QTest::newRow("0.1") << 0.1;
+        QTest::newRow("a third") << 1.0 / 3.0;
+        QTest::newRow("0.1 + 0.2") << 0.1 + 0.2;
+        QTest::newRow("tiny") << 1e-300;
+        QTest::newRow("smallest subnormal") << 5e-324;
+        QTest::newRow("17 digits") << 123456789.12345679;
+        QTest::newRow("huge") << 1.7976931348623157e308;
+    }
+
+    void doublesComeBackExactly()
+    {
+        QFETCH(double, value);
+        GsFixture f;
+        KxKernelData::getInstance()->setMediaCalibration(value);
+        KxKernelDocument document;
+        QString error;
+        QVERIFY2(document.fromJson(KxKernelDocument::fromStore().toJson(), &error), qPrintable(error));
+        QCOMPARE(QByteArray::number(document.umPerPixel, 'g', 17), QByteArray::number(value, 'g', 17));
+        QVERIFY(document.umPerPixel == value);
+    }
+
     // A file written before a type gained parameters has fewer values: it
     // opens, the missing parameters unset, the others as written.
     void shorterVectorsOpenWithMissingValuesUnset()
@@ -136,6 +161,12 @@ private slots:
         QTest::newRow("truncated") << good.left(good.size() / 2) << "not a measurement file (";
         QTest::newRow("binary") << QByteArray("\x89PNG\r\n\x1a\n", 8) << "not a measurement file (";
         QTest::newRow("a JSON array") << QByteArray("[1, 2]") << "not a measurement file";
+        QTest::newRow("nested a million deep") << QByteArray(1000000, '[') << "not a measurement file (";
+        QTest::newRow("not UTF-8") << QByteArray(good).replace("\"ovmeasurements\"", "\"ov\xff\xfe\"")
+                                   << "not a measurement file (";
+        QTest::newRow("text after the document") << good + "x" << "not a measurement file (";
+        QTest::newRow("a number too large") << QByteArray(good).replace("\"version\": 1", "\"version\": 1e999")
+                                            << "not a measurement file (";
         QTest::newRow("other format") << edited(good, [](QJsonObject& r) { r["format"] = "csv"; })
                                       << "not a measurement file";
         QTest::newRow("newer version") << edited(good, [](QJsonObject& r) { r["version"] = 2; })
