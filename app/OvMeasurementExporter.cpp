@@ -119,13 +119,18 @@ QString OvMeasurementExporter::formatNumber(double aValue)
 
 bool OvMeasurementExporter::writeCsv(const QString& aFileName, QString* anError)
 {
+    return writeCsv(aFileName, collect(), anError);
+}
+
+bool OvMeasurementExporter::writeCsv(const QString& aFileName, const QVector<Row>& aRows, QString* anError)
+{
     QSaveFile file(aFileName);
     if (!file.open(QIODevice::WriteOnly)) {
         if (anError)
             *anError = QStringLiteral("cannot write %1: %2").arg(aFileName, file.errorString());
         return false;
     }
-    file.write(toCsv(collect()).toUtf8());
+    file.write(toCsv(aRows).toUtf8());
     if (!file.commit()) {
         if (anError)
             *anError = QStringLiteral("cannot write %1: %2").arg(aFileName, file.errorString());

@@ -45,8 +45,10 @@ public:
     // "Multiple distance"): the label names of some kinds are abbreviations.
     // aFallback for a type this viewer does not know.
     static QString kindName(int aType, const QString& aFallback);
-    // Writes UTF-8; false with a message when the file cannot be written.
+    // Writes collect() (or aRows) as UTF-8; false with a message when the
+    // file cannot be written.
     static bool writeCsv(const QString& aFileName, QString* anError);
+    static bool writeCsv(const QString& aFileName, const QVector<Row>& aRows, QString* anError);
 
 private:
     static void appendRows(QVector<Row>& aRows, int aType, int anIndex, const KxKernelObjectData* aData,

@@ -133,6 +133,12 @@ QString OvResultsModel::toTsv(const QList<int>& aRows) const
     return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
 }
 
+const QVector<OvMeasurementExporter::Row>& OvResultsModel::currentRows()
+{
+    applyPending();
+    return rows;
+}
+
 int OvResultsModel::rowOf(int aType, int anIndex) const
 {
     const int row = lowerBound(aType, anIndex);

@@ -43,6 +43,9 @@ public:
     // Header and the given rows (every row when empty, fetched or not) as tab-separated
     // text with full-precision numbers, one line per row.
     QString toTsv(const QList<int>& aRows = {}) const;
+    // Every row, fetched by views or not, with the changes still waiting for
+    // the event loop applied first: what the export writes.
+    const QVector<OvMeasurementExporter::Row>& currentRows();
     // The first row of a measurement, -1 when it has none.
     int rowOf(int aType, int anIndex) const;
 

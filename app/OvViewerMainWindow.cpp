@@ -17,6 +17,7 @@
 #include "OvNamedCalibrations.h"
 #include "OvPanelMenuTexts.h"
 #include "OvResultsDock.h"
+#include "OvResultsModel.h"
 #include "OvDeviceSetManager.h"
 #include "OvMeasurementExporter.h"
 #include "OvToolBase.h"
@@ -606,7 +607,11 @@ bool OvViewerMainWindow::saveScreenshot(const QString& aFileName, bool aPictureO
 
 bool OvViewerMainWindow::exportValues(const QString& aFileName, QString* anError)
 {
-    if (!OvMeasurementExporter::writeCsv(aFileName, anError))
+    // The Results table's rows when there is one: the file then holds
+    // exactly what the table shows, and the values are not computed twice.
+    const bool written = results ? OvMeasurementExporter::writeCsv(aFileName, results->model()->currentRows(), anError)
+                                 : OvMeasurementExporter::writeCsv(aFileName, anError);
+    if (!written)
         return false;
     statusBar()->showMessage(
         tr("Values written to %1").arg(QDir::toNativeSeparators(QFileInfo(aFileName).absoluteFilePath())), 10000);

@@ -47,6 +47,14 @@ QSet<OvGsObject*>& activeShownObjects()
     return theShown;
 }
 
+// Items whose leader waits for the last hold to end.
+int leaderHolds = 0;
+QSet<OvGsObject*>& leadersPending()
+{
+    static QSet<OvGsObject*> thePending;
+    return thePending;
+}
+
 QPointF nearestPointOnRect(const QRectF& aRect, const QPointF& aPoint)
 {
     return QPointF(std::clamp(aPoint.x(), aRect.left(), aRect.right()),
@@ -104,6 +112,24 @@ OvGsObject::~OvGsObject()
 {
     pressedObjects().remove(this);
     activeShownObjects().remove(this);
+    if (leaderPending)
+        leadersPending().remove(this);
+}
+
+void OvGsObject::holdLeaders()
+{
+    ++leaderHolds;
+}
+
+void OvGsObject::releaseLeaders()
+{
+    if (leaderHolds == 0 || --leaderHolds > 0)
+        return;
+    const QSet<OvGsObject*> pending = std::exchange(leadersPending(), {});
+    for (OvGsObject* each : pending) {
+        each->leaderPending = false;
+        each->updateLeader();
+    }
 }
 
 void OvGsObject::setLabelVisible(bool aVisible)
@@ -528,6 +554,12 @@ QList<OvGsObject*> OvGsObject::objectsShowingActiveButton()
 
 void OvGsObject::updateLeader()
 {
+    if (leaderHolds > 0) {
+        if (!leaderPending)
+            leadersPending().insert(this);
+        leaderPending = true;
+        return;
+    }
     // A hidden label needs no size yet: its text is measured once shown.
     bool show = false;
     QPointF near;

@@ -13,7 +13,7 @@ class OvLabelItem;
 class QPainter;
 
 // Measurement item with a value label, a trash button and an optional active
-// button. Label and buttons are child items that ignore transformations, so
+// button. Label and buttons are child items scaled by one over the zoom, so
 // they keep their size on screen at every zoom; their positions are given in
 // this item's coordinates. Shapes call the base handlers first: an event they
 // accept was a press on the label or a button and the shape leaves it alone.
@@ -27,6 +27,12 @@ public:
 
     OvGsObject(KxGsManipulator* aManipulator, QGraphicsItem* aParent, const QString& aName);
     ~OvGsObject() override;
+
+    // While held (calls nest), leader lines wait and are drawn once when the
+    // last hold ends: an item rebuilt from the store gets its name, then its
+    // value, and its label is measured once, with both.
+    static void holdLeaders();
+    static void releaseLeaders();
 
     // The label reads "<name>: <value>", or only the name while the value is
     // empty.
@@ -193,4 +199,6 @@ private:
     bool activeAllowed = false;
     bool useActiveButton = false;
     bool activePressed = false;
+    // Waiting for releaseLeaders().
+    bool leaderPending = false;
 };

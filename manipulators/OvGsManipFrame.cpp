@@ -23,6 +23,7 @@
 #include <QGraphicsView>
 #include <QPolygon>
 #include <QPolygonF>
+#include <QScopeGuard>
 #include <QSignalBlocker>
 #include <QToolButton>
 #include <QUndoCommand>
@@ -773,6 +774,8 @@ void OvGsManipFrame::slotObjectCreatedInKernel(int aType, int anIdx, const KxKer
 {
     if (blockKernelNotification)
         return;
+    OvGsObject::holdLeaders();
+    const auto release = qScopeGuard([] { OvGsObject::releaseLeaders(); });
     objectCreatedInKernel(aType, anIdx, aData);
     // Kinds build a new item from the defaults; on a series the current
     // frame's key frames win, and the label goes where it was last seen (an

@@ -146,6 +146,36 @@ private slots:
         QCOMPARE(current->getManipulator()->getObjectIdx(current), 2);
     }
 
+    // The export writes the table's rows; changes not yet folded into the
+    // table (no event loop since) are in the file all the same.
+    void exportRightAfterChangesHoldsThem()
+    {
+        play("tool distance\npress 100 100\nmove 300 100\nrelease 300 100\n");
+        QCOMPARE(resultRows(), 1);
+        const QString csv = dir.filePath(QStringLiteral("right-after.csv"));
+        const auto exported = [&] {
+            QString error;
+            if (!window->exportValues(csv, &error))
+                return error;
+            QFile file(csv);
+            return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+        };
+        const auto expected = [] { return OvMeasurementExporter::toCsv(OvMeasurementExporter::collect()); };
+
+        window->setCalibration(0.25);
+        QCOMPARE(exported(), expected());
+        QVERIFY(exported().contains(QStringLiteral(",50,")));
+        window->undoStack()->undo();
+        QCOMPARE(exported(), expected());
+        QCOMPARE(exported().count('\n'), 1);
+        window->undoStack()->redo();
+        QCOMPARE(exported(), expected());
+        QCOMPARE(exported().count('\n'), 2);
+        KxKernelData::getInstance()->removeAllObjects();
+        QCOMPARE(exported().count('\n'), 1);
+        window->setCalibration(0.5);
+    }
+
     void calibrationFromADraggedLine_data()
     {
         QTest::addColumn<double>("trueLength");
