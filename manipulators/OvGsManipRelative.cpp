@@ -466,7 +466,9 @@ void OvGsManipRelative::mouseReleaseEvent(QGraphicsSceneMouseEvent* anEvent)
 
 void OvGsManipRelative::hoverMoveEvent(QGraphicsSceneHoverEvent* anEvent)
 {
-    if (onActiveButton(anEvent->pos(), false)) {
+    // A line under way follows the pointer over any active button, its own
+    // included (a press there finishes the line, as anywhere else).
+    if (!inProgress && onActiveButton(anEvent->pos(), false)) {
         showLocalMagnifier(false);
         anEvent->accept();
         return;

@@ -85,9 +85,9 @@ class tst_ManipRelative : public QObject
         return QStringLiteral("p%1,%2 r%1,%2").arg(anAt.x()).arg(anAt.y());
     }
     // The middle of a line's active button, in picture pixels.
-    QPoint activeButton(int aType, int anIdx) const
+    QPoint activeButton(int aType, int anIdx) const { return activeButtonOf(line(aType, anIdx)); }
+    static QPoint activeButtonOf(const OvGsRelativeDistance* item)
     {
-        const OvGsRelativeDistance* item = line(aType, anIdx);
         const QSizeF size = item->getActiveButton()->boundingRect().size() * item->unitsPerPixel();
         return item->mapToParent(item->getActivePos() + QPointF(size.width() / 2, size.height() / 2)).toPoint();
     }
@@ -221,6 +221,24 @@ private slots:
         h->play(click({300, 250}));
         QCOMPARE(stored(kMultiply), QList<int>{1});
         QVERIFY(!multiply->getInProgressLine());
+    }
+
+    // While a base is drawn by clicks its active button sits just past the
+    // end, where the pointer is heading: the line still follows the pointer
+    // over it, and the click there ends the base there.
+    void clickedBaseFollowsOverItsOwnButton_data() { addKindRows(); }
+    void clickedBaseFollowsOverItsOwnButton()
+    {
+        QFETCH(int, type);
+        use(type);
+        h->play(click({100, 200}) + " h300,250");
+        const OvGsRelativeDistance* base = manip(type)->getInProgressLine();
+        QVERIFY(base && base->getActiveButton() && base->getActiveButton()->isVisible());
+        const QPoint button = activeButtonOf(base);
+        h->play(QStringLiteral("h%1,%2 ").arg(button.x()).arg(button.y()) + click(button));
+        QCOMPARE(stored(type), QList<int>{1});
+        QCOMPARE(storedParam(type, 1, "pos").toPoint(), QPoint(100, 200));
+        QCOMPARE(line(type, 1)->vector, QPointF(button - QPoint(100, 200)));
     }
 
     void activeButtonTogglesBase_data() { addKindRows(); }
