@@ -15,6 +15,7 @@ OvResultsDock::OvResultsDock(QWidget* aParent)
     : QDockWidget(tr("Results"), aParent)
     , resultsModel(new OvResultsModel(this))
     , table(new QTableView(this))
+    , widen(this, [this] { widenColumns(); })
 {
     setObjectName(QStringLiteral("resultsDock"));
     table->setObjectName(QStringLiteral("resultsView"));
@@ -42,6 +43,23 @@ OvResultsDock::OvResultsDock(QWidget* aParent)
                                           anIndex.data(OvResultsModel::IndexRole).toInt());
     });
     connect(resultsModel, &QAbstractItemModel::modelReset, table, [this] { table->resizeColumnsToContents(); });
+    // Rows drawn one by one arrive as inserts and changes, not resets: a
+    // table sized while empty would show "Dist..." and "12.5..." for good.
+    connect(resultsModel, &QAbstractItemModel::rowsInserted, this, [this] { widen.request(); });
+    connect(resultsModel, &QAbstractItemModel::dataChanged, this, [this] { widen.request(); });
+}
+
+void OvResultsDock::widenColumns()
+{
+    // The last column stretches; the others are measured on the rows in view
+    // (QTableView's own measure; public through its base).
+    const QAbstractItemView* view = table;
+    for (int column = 0; column + 1 < resultsModel->columnCount(); ++column) {
+        const int wanted = std::max(view->sizeHintForColumn(column),
+                                    table->horizontalHeader()->sectionSizeHint(column));
+        if (table->columnWidth(column) < wanted)
+            table->setColumnWidth(column, wanted);
+    }
 }
 
 void OvResultsDock::copyRows()

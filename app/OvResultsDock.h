@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OvQueuedCall.h"
+
 #include <QDockWidget>
 
 class OvResultsModel;
@@ -25,6 +27,12 @@ Q_SIGNALS:
     void signalMeasurementActivated(int aType, int anIndex);
 
 private:
+    // Widens the columns whose rows in view no longer fit, never narrows one
+    // (a column the user widened stays so).
+    void widenColumns();
+
     OvResultsModel* resultsModel;
     QTableView* table;
+    // Once per burst of new or changed rows.
+    OvQueuedCall widen;
 };

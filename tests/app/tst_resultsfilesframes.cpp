@@ -18,6 +18,7 @@
 
 #include <QGraphicsView>
 #include <QStatusBar>
+#include <QHeaderView>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QUndoStack>
@@ -144,6 +145,29 @@ private slots:
         KxGsObject* current = window->getEditor()->getCurrentObject();
         QVERIFY(current);
         QCOMPARE(current->getManipulator()->getObjectIdx(current), 2);
+    }
+
+    // Rows drawn one by one into an empty table are shown whole: the columns
+    // widen to them (and a wider label after a unit change) once per burst.
+    void columnsWidenToRowsAsTheyCome()
+    {
+        QTableView* table = window->resultsDock()->view();
+        const QAbstractItemView* view = table;
+        QCOMPARE(resultRows(), 0);
+        play("tool distance\npress 100 100\nmove 300 100\nrelease 300 100\n");
+        QCOMPARE(resultRows(), 1);
+        QCoreApplication::processEvents();
+        const auto fits = [table, view](int aColumn) {
+            return table->columnWidth(aColumn) >= view->sizeHintForColumn(aColumn);
+        };
+        QVERIFY(view->sizeHintForColumn(OvResultsModel::TypeColumn)
+                > table->horizontalHeader()->sectionSizeHint(OvResultsModel::TypeColumn));
+        for (int column : { OvResultsModel::TypeColumn, OvResultsModel::TextColumn, OvResultsModel::ValueColumn })
+            QVERIFY2(fits(column), qPrintable(QString::number(column)));
+        play("unit nm\n");
+        QCoreApplication::processEvents();
+        QCoreApplication::processEvents();
+        QVERIFY(fits(OvResultsModel::TextColumn));
     }
 
     // The export writes the table's rows; changes not yet folded into the
