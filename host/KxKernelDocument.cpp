@@ -265,10 +265,13 @@ bool KxKernelDocument::fromJson(const QByteArray& aJson, QString* anError)
     JsonDocument json;
     json.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag
                | rapidjson::kParseValidateEncodingFlag>(aJson.constData(), size_t(aJson.size()));
-    if (json.HasParseError())
-        return fail(QStringLiteral("not a measurement file (%1 at byte %2)")
-                        .arg(QString::fromUtf8(rapidjson::GetParseError_En(json.GetParseError())))
-                        .arg(json.GetErrorOffset()));
+    if (json.HasParseError()) {
+        // RapidJSON's texts end in a full stop; the offset follows them here.
+        QString reason = QString::fromUtf8(rapidjson::GetParseError_En(json.GetParseError()));
+        if (reason.endsWith(QLatin1Char('.')))
+            reason.chop(1);
+        return fail(QStringLiteral("not a measurement file (%1 at byte %2)").arg(reason).arg(json.GetErrorOffset()));
+    }
     const JsonValue* format = member(json, "format");
     if (!json.IsObject() || !format || !format->IsString() || toString(*format) != QLatin1String(kFormat))
         return fail(QStringLiteral("not a measurement file"));

@@ -159,6 +159,8 @@ private slots:
 
         QTest::newRow("empty") << QByteArray() << "not a measurement file";
         QTest::newRow("truncated") << good.left(good.size() / 2) << "not a measurement file (";
+        QTest::newRow("a comma missing") << QByteArray("{\"format\": \"ovmeasurements\" \"version\": 1}")
+                                         << "not a measurement file (Missing a comma or '}' after an object member at byte 28)";
         QTest::newRow("binary") << QByteArray("\x89PNG\r\n\x1a\n", 8) << "not a measurement file (";
         QTest::newRow("a JSON array") << QByteArray("[1, 2]") << "not a measurement file";
         QTest::newRow("nested a million deep") << QByteArray(1000000, '[') << "not a measurement file (";
