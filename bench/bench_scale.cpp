@@ -562,11 +562,14 @@ int runTable(const QList<int>& aCounts)
         const QString key = QStringLiteral("step%1").arg(step);
         out << QString::asprintf("%-30s", kSteps[step]);
         for (int count : aCounts) {
-            const double ours = viewer.value(count).value(key, -1);
-            const double limit = bare.value(count).value(key, -1);
-            out << QString::asprintf(" | %9s %9s %9s %6.2f %8.3f", "", qPrintable(cell(viewer.value(count), key)),
-                                     qPrintable(cell(bare.value(count), key)), limit > 0 ? ours / limit : 0.0,
-                                     ours * 1000.0 / count);
+            // A step that was not run (BENCH_SCALE_GESTURES_ONLY) has no ratio either.
+            const bool ran = viewer.value(count).contains(key);
+            const double ours = viewer.value(count).value(key);
+            const double limit = bare.value(count).value(key);
+            const QString ratio = ran && limit > 0 ? QString::number(ours / limit, 'f', 2) : QStringLiteral("-");
+            const QString perObject = ran ? QString::number(ours * 1000.0 / count, 'f', 3) : QStringLiteral("-");
+            out << QString::asprintf(" | %9s %9s %9s %6s %8s", "", qPrintable(cell(viewer.value(count), key)),
+                                     qPrintable(cell(bare.value(count), key)), qPrintable(ratio), qPrintable(perObject));
         }
         out << '\n';
     }
