@@ -29,7 +29,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMap>
+#include <QPaintEvent>
 #include <QProcess>
+#include <QRegion>
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QUndoStack>
@@ -124,11 +126,36 @@ void paintNow(QGraphicsView* aView)
     Q_UNUSED(aView);
 }
 
-// The whole view painted, as when a file is first shown.
+// Notes the region of each paint of a widget.
+class PaintWatch : public QObject
+{
+public:
+    explicit PaintWatch(QWidget* aWidget) : widget(aWidget) { widget->installEventFilter(this); }
+    ~PaintWatch() override { widget->removeEventFilter(this); }
+    QRegion painted;
+
+protected:
+    bool eventFilter(QObject* anObject, QEvent* anEvent) override
+    {
+        if (anObject == widget && anEvent->type() == QEvent::Paint)
+            painted += static_cast<QPaintEvent*>(anEvent)->region();
+        return false;
+    }
+
+private:
+    QWidget* widget;
+};
+
+// The whole view painted once, as when a file is first shown: what the
+// event loop paints, and the rest of the view when it painted less.
 void paintAll(QGraphicsView* aView)
 {
+    QWidget* viewport = aView->viewport();
+    PaintWatch watch(viewport);
     QCoreApplication::processEvents();
-    aView->viewport()->repaint();
+    const QRegion missing = QRegion(viewport->rect()) - watch.painted;
+    if (!missing.isEmpty())
+        viewport->repaint(missing);
 }
 
 bool play(OvViewerMainWindow* aWindow, const QString& aScript)
