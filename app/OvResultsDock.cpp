@@ -7,6 +7,7 @@
 #include <QClipboard>
 #include <QHeaderView>
 #include <QItemSelectionModel>
+#include <QScrollBar>
 #include <QTableView>
 
 #include <algorithm>
@@ -47,10 +48,22 @@ OvResultsDock::OvResultsDock(QWidget* aParent)
     // table sized while empty would show "Dist..." and "12.5..." for good.
     connect(resultsModel, &QAbstractItemModel::rowsInserted, this, [this] { widen.request(); });
     connect(resultsModel, &QAbstractItemModel::dataChanged, this, [this] { widen.request(); });
+    connect(table->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { widen.request(); });
+    connect(this, &QDockWidget::visibilityChanged, this, [this](bool aVisible) {
+        if (aVisible)
+            widen.request();
+    });
+    // Columns are measured on the rows in view only: Qt's default looks at a
+    // thousand rows, which cost every gesture 15 ms with a thousand stored.
+    header->setResizeContentsPrecision(0);
 }
 
 void OvResultsDock::widenColumns()
 {
+    // A hidden table has no rows in view: Qt would measure every row. It is
+    // measured again when it shows.
+    if (!table->isVisible())
+        return;
     // The last column stretches; the others are measured on the rows in view
     // (QTableView's own measure; public through its base).
     const QAbstractItemView* view = table;
