@@ -240,6 +240,28 @@ private slots:
         QVERIFY(shownLeader() && shownLeader()->line() == QLineF(0, 0, 35, 15));
         f.editor->setZoom(0.2);
         QVERIFY(!shownLeader());
+
+        // Held (an item rebuilt from the store), the leader waits for the
+        // last hold to end; an item deleted meanwhile is simply left out.
+        f.editor->setZoom(2.0);
+        TestGsItem* gone = f.manip->addStored(QPointF(60, 20), QSizeF(10, 10));
+        gone->setLabelVisible(true);
+        OvGsObject::holdLeaders();
+        OvGsObject::holdLeaders();
+        box->setLabelPos(QPointF(5, 5));
+        gone->setLabelPos(QPointF(35, 15));
+        QVERIFY(shownLeader());
+        box->setLabelPos(QPointF(40, 20));
+        gone->discard();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        OvGsObject::releaseLeaders();
+        QVERIFY(shownLeader() && shownLeader()->line() == QLineF(0, 0, 35, 15));
+        OvGsObject::releaseLeaders();
+        QVERIFY(shownLeader() && shownLeader()->line() == QLineF(0, 0, 40, 20));
+        // More releases than holds change nothing.
+        OvGsObject::releaseLeaders();
+        box->setLabelPos(QPointF(5, 5));
+        QVERIFY(!shownLeader());
     }
 };
 
