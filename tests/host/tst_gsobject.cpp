@@ -1,3 +1,4 @@
+#include "CmdRemoveObject.h"
 #include "GsTestHelper.h"
 
 #include <QPainter>
@@ -252,7 +253,7 @@ private slots:
         gone->setLabelPos(QPointF(35, 15));
         QVERIFY(shownLeader());
         box->setLabelPos(QPointF(40, 20));
-        gone->discard();
+        f.stack.push(new CmdRemoveObject(kBoxType, f.manip->getObjectIdx(gone)));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         OvGsObject::releaseLeaders();
         QVERIFY(shownLeader() && shownLeader()->line() == QLineF(0, 0, 35, 15));
