@@ -47,9 +47,9 @@ QSet<OvGsObject*>& activeShownObjects()
     return theShown;
 }
 
-// Items whose leader waits for the last hold to end.
-int leaderHolds = 0;
-QSet<OvGsObject*>& leadersPending()
+// Items whose label waits for the last hold to end.
+int labelHolds = 0;
+QSet<OvGsObject*>& labelsPending()
 {
     static QSet<OvGsObject*> thePending;
     return thePending;
@@ -112,23 +112,27 @@ OvGsObject::~OvGsObject()
 {
     pressedObjects().remove(this);
     activeShownObjects().remove(this);
-    if (leaderPending)
-        leadersPending().remove(this);
+    if (labelPending || leaderPending)
+        labelsPending().remove(this);
 }
 
-void OvGsObject::holdLeaders()
+void OvGsObject::holdLabels()
 {
-    ++leaderHolds;
+    ++labelHolds;
 }
 
-void OvGsObject::releaseLeaders()
+void OvGsObject::releaseLabels()
 {
-    if (leaderHolds == 0 || --leaderHolds > 0)
+    if (labelHolds == 0 || --labelHolds > 0)
         return;
-    const QSet<OvGsObject*> pending = std::exchange(leadersPending(), {});
+    const QSet<OvGsObject*> pending = std::exchange(labelsPending(), {});
     for (OvGsObject* each : pending) {
-        each->leaderPending = false;
-        each->updateLeader();
+        const bool label = std::exchange(each->labelPending, false);
+        const bool leader = std::exchange(each->leaderPending, false);
+        if (label)
+            each->ensureLabelVisible();
+        if (leader)
+            each->updateLeader();
     }
 }
 
@@ -251,6 +255,12 @@ QRectF OvGsObject::getLabelRect() const
 
 void OvGsObject::ensureLabelVisible()
 {
+    if (labelHolds > 0) {
+        if (!labelPending && !leaderPending)
+            labelsPending().insert(this);
+        labelPending = true;
+        return;
+    }
     const KxGsEditor* editor = getEditor();
     if (!editor)
         return;
@@ -554,9 +564,9 @@ QList<OvGsObject*> OvGsObject::objectsShowingActiveButton()
 
 void OvGsObject::updateLeader()
 {
-    if (leaderHolds > 0) {
-        if (!leaderPending)
-            leadersPending().insert(this);
+    if (labelHolds > 0) {
+        if (!labelPending && !leaderPending)
+            labelsPending().insert(this);
         leaderPending = true;
         return;
     }

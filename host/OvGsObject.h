@@ -28,11 +28,13 @@ public:
     OvGsObject(KxGsManipulator* aManipulator, QGraphicsItem* aParent, const QString& aName);
     ~OvGsObject() override;
 
-    // While held (calls nest), leader lines wait and are drawn once when the
-    // last hold ends: an item rebuilt from the store gets its name, then its
-    // value, and its label is measured once, with both.
-    static void holdLeaders();
-    static void releaseLeaders();
+    // While held (calls nest), labels are not settled: keeping a label inside
+    // the picture (ensureLabelVisible) and its leader line wait, and each
+    // label is settled once when the last hold ends. An item rebuilt from the
+    // store gets its name, its geometry, its stored label place, then its
+    // value: its label is measured and placed once, with all of them.
+    static void holdLabels();
+    static void releaseLabels();
 
     // The label reads "<name>: <value>", or only the name while the value is
     // empty.
@@ -199,6 +201,7 @@ private:
     bool activeAllowed = false;
     bool useActiveButton = false;
     bool activePressed = false;
-    // Waiting for releaseLeaders().
+    // Waiting for releaseLabels(): a label to keep inside, a leader to draw.
+    bool labelPending = false;
     bool leaderPending = false;
 };

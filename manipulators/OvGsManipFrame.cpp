@@ -774,8 +774,8 @@ void OvGsManipFrame::slotObjectCreatedInKernel(int aType, int anIdx, const KxKer
 {
     if (blockKernelNotification)
         return;
-    OvGsObject::holdLeaders();
-    const auto release = qScopeGuard([] { OvGsObject::releaseLeaders(); });
+    OvGsObject::holdLabels();
+    const auto release = qScopeGuard([] { OvGsObject::releaseLabels(); });
     objectCreatedInKernel(aType, anIdx, aData);
     // Kinds build a new item from the defaults; on a series the current
     // frame's key frames win, and the label goes where it was last seen (an

@@ -117,7 +117,12 @@ private slots:
         // The label keeps its size on screen: its item size shrinks with the zoom.
         QVERIFY(before.width() > 40.0 / zoom);
 
+        // Held (an item being rebuilt from the store), the label is kept
+        // inside only when the hold ends.
+        OvGsObject::holdLabels();
         box->ensureLabelVisible();
+        QCOMPARE(box->getLabelPos(), labelPos);
+        OvGsObject::releaseLabels();
         const QRectF label = box->mapRectToParent(box->getLabelRect());
         QCOMPARE(label.size(), before.size());
         if (area.contains(before))
@@ -247,20 +252,20 @@ private slots:
         f.editor->setZoom(2.0);
         TestGsItem* gone = f.manip->addStored(QPointF(60, 20), QSizeF(10, 10));
         gone->setLabelVisible(true);
-        OvGsObject::holdLeaders();
-        OvGsObject::holdLeaders();
+        OvGsObject::holdLabels();
+        OvGsObject::holdLabels();
         box->setLabelPos(QPointF(5, 5));
         gone->setLabelPos(QPointF(35, 15));
         QVERIFY(shownLeader());
         box->setLabelPos(QPointF(40, 20));
         f.stack.push(new CmdRemoveObject(kBoxType, f.manip->getObjectIdx(gone)));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        OvGsObject::releaseLeaders();
+        OvGsObject::releaseLabels();
         QVERIFY(shownLeader() && shownLeader()->line() == QLineF(0, 0, 35, 15));
-        OvGsObject::releaseLeaders();
+        OvGsObject::releaseLabels();
         QVERIFY(shownLeader() && shownLeader()->line() == QLineF(0, 0, 40, 20));
         // More releases than holds change nothing.
-        OvGsObject::releaseLeaders();
+        OvGsObject::releaseLabels();
         box->setLabelPos(QPointF(5, 5));
         QVERIFY(!shownLeader());
     }
