@@ -244,6 +244,11 @@ void OvGsObject::setScreenUnits(double aUnitsPerPixel)
     }
 }
 
+double OvGsObject::getLabelHeight() const
+{
+    return labelItem->boxHeight() * unitsPerPixel();
+}
+
 QRectF OvGsObject::getLabelRect() const
 {
     // The box without its selection frame: selecting a label must not change

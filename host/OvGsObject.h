@@ -67,6 +67,8 @@ public:
     bool isPointOnLabel(const QPointF& aPoint) const;
     // The label's rectangle in item coordinates at the current zoom.
     QRectF getLabelRect() const;
+    // getLabelRect()'s height, without measuring the label's text.
+    double getLabelHeight() const;
     QString getLabelText() const;
 
     // The trash button shows only while allowed and the item is current.

@@ -65,6 +65,14 @@ QRectF OvLabelItem::rect() const
     return QRectF(0.0, 0.0, textSize.width() + 2 * kPadding, textSize.height() + 2 * kPadding);
 }
 
+double OvLabelItem::boxHeight() const
+{
+    if (measured)
+        return textSize.height() + 2 * kPadding;
+    const QFontMetricsF metrics(font);
+    return metrics.ascent() + metrics.descent() + 2 * kPadding;
+}
+
 QRectF OvLabelItem::boundingRect() const
 {
     const double half = frame.style() == Qt::NoPen ? 0.0 : frame.widthF() / 2.0;

@@ -24,6 +24,9 @@ public:
 
     // The box, from (0, 0), without the frame.
     QRectF rect() const;
+    // rect()'s height: the font's line height, known without measuring the
+    // text.
+    double boxHeight() const;
     QRectF boundingRect() const override;
     void paint(QPainter* aPainter, const QStyleOptionGraphicsItem* anOption, QWidget* aWidget) override;
 

@@ -32,7 +32,7 @@ OvGsManipFrame::Kind angleKind()
 void liftLabel(OvGsAngle* anAngle)
 {
     const double gap = anAngle->trashOffset.x();
-    anAngle->setLabelPos(anAngle->getLabelAnchor() + QPointF(gap, -gap - anAngle->getLabelRect().height()));
+    anAngle->setLabelPos(anAngle->getLabelAnchor() + QPointF(gap, -gap - anAngle->getLabelHeight()));
 }
 
 } // namespace

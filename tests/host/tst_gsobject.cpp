@@ -107,13 +107,19 @@ private slots:
         GsFixture f;
         f.editor->setZoom(zoom);
         TestGsItem* box = f.manip->addUnstored(itemPos, QSizeF(5, 5));
+        // Held, nothing measures the text yet: the height is known before it
+        // is, and is what measuring gives.
+        OvGsObject::holdLabels();
         box->setName(QStringLiteral("Length"));
         box->setDisplayValue(QStringLiteral("123.4 um"));
         box->setLabelFontPixSize(14);
         box->setLabelVisible(true);
         box->setLabelPos(labelPos);
+        const double height = box->getLabelHeight();
+        OvGsObject::releaseLabels();
         const QRectF area = f.editor->getEditorArea();
         const QRectF before = box->mapRectToParent(box->getLabelRect());
+        QCOMPARE(before.height(), height);
         // The label keeps its size on screen: its item size shrinks with the zoom.
         QVERIFY(before.width() > 40.0 / zoom);
 
