@@ -136,6 +136,16 @@ void OvGsObject::releaseLabels()
     }
 }
 
+bool OvGsObject::waitsForRelease(bool& aPending)
+{
+    if (labelHolds == 0)
+        return false;
+    if (!labelPending && !leaderPending)
+        labelsPending().insert(this);
+    aPending = true;
+    return true;
+}
+
 void OvGsObject::setLabelVisible(bool aVisible)
 {
     labelVisible = aVisible;
@@ -260,12 +270,8 @@ QRectF OvGsObject::getLabelRect() const
 
 void OvGsObject::ensureLabelVisible()
 {
-    if (labelHolds > 0) {
-        if (!labelPending && !leaderPending)
-            labelsPending().insert(this);
-        labelPending = true;
+    if (waitsForRelease(labelPending))
         return;
-    }
     const KxGsEditor* editor = getEditor();
     if (!editor)
         return;
@@ -569,12 +575,8 @@ QList<OvGsObject*> OvGsObject::objectsShowingActiveButton()
 
 void OvGsObject::updateLeader()
 {
-    if (labelHolds > 0) {
-        if (!labelPending && !leaderPending)
-            labelsPending().insert(this);
-        leaderPending = true;
+    if (waitsForRelease(leaderPending))
         return;
-    }
     // A hidden label needs no size yet: its text is measured once shown.
     bool show = false;
     QPointF near;

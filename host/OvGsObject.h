@@ -150,6 +150,9 @@ protected:
 private:
     void updateButtons();
     void updateLeader();
+    // While labels are held: notes aPending (labelPending or leaderPending)
+    // for releaseLabels() and says so.
+    bool waitsForRelease(bool& aPending);
     // Shows the label at aPos without taking it as the label's place.
     void moveLabelTo(const QPointF& aPos);
     // A near place for the label (from its current one, on a screen-pixel

@@ -54,8 +54,7 @@ void OvLabelItem::measure() const
         return;
     // As a plain graphics text item measures one line: its advance, and the
     // font's ascent plus descent.
-    const QFontMetricsF metrics(font);
-    textSize = QSizeF(metrics.horizontalAdvance(labelText), metrics.ascent() + metrics.descent());
+    textSize = QSizeF(QFontMetricsF(font).horizontalAdvance(labelText), lineHeight());
     measured = true;
 }
 
@@ -67,10 +66,13 @@ QRectF OvLabelItem::rect() const
 
 double OvLabelItem::boxHeight() const
 {
-    if (measured)
-        return textSize.height() + 2 * kPadding;
+    return (measured ? textSize.height() : lineHeight()) + 2 * kPadding;
+}
+
+double OvLabelItem::lineHeight() const
+{
     const QFontMetricsF metrics(font);
-    return metrics.ascent() + metrics.descent() + 2 * kPadding;
+    return metrics.ascent() + metrics.descent();
 }
 
 QRectF OvLabelItem::boundingRect() const

@@ -32,6 +32,8 @@ public:
 
 private:
     void measure() const;
+    // The font's ascent plus descent: the text's height on one line.
+    double lineHeight() const;
 
     QString labelText;
     QFont font;
